@@ -1,0 +1,21 @@
+# Compile options that every target shares. Single-precision results are part of what the instrument
+# sounds like, so products and sums are never contracted, and nothing is tuned to the build machine.
+add_library(ombrix_options INTERFACE)
+target_compile_options(ombrix_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -ffp-contract=off
+  $<$<BOOL:${OMBRIX_WERROR}>:-Werror>)
+target_compile_definitions(ombrix_options INTERFACE QT_NO_KEYWORDS OMBRIX_VERSION="${PROJECT_VERSION}")
+if(OMBRIX_SANITIZE)
+  target_compile_options(ombrix_options INTERFACE -fsanitize=${OMBRIX_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(ombrix_options INTERFACE -fsanitize=${OMBRIX_SANITIZE})
+endif()
+
+# ombrix_library(NAME DEPENDS lib...): one static library of all sources below the current folder,
+# whose include path is that folder. What it may include is what it links.
+function(ombrix_library name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;PRIVATE" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS *.cpp *.h)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ombrix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
+endfunction()

@@ -1,0 +1,3 @@
+#pragma once
+#include "audiounits/StubUnit.h"
+using HardwareIO = StubUnit;
