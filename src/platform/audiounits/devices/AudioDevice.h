@@ -25,13 +25,13 @@ class AudioDeviceClient {
 
 /// What `ombrix devices` shows of a device.
 struct AudioDeviceInfo {
-    std::string name;               // stable: "jack", "pulse:SINK", "alsa:PCM", "clock"
-    std::string description;        // for people
-    double rate = 0;                // frames per second of the device itself
-    std::uint32_t periodFrames = 0; // of the device, at its rate
-    double latencySeconds = 0;      // from produce to the loudspeaker, as far as it is known
-    bool realTime = false;          // whether the rendering thread was granted real-time priority
-    std::uint64_t xruns = 0;        // periods lost since start
+    std::string name;                // stable: "jack", "pulse:SINK", "alsa:PCM", "clock"
+    std::string description;         // for people
+    double rate = 0;                 // frames per second of the device itself
+    std::uint32_t periodFrames = 0;  // of the device, at its rate
+    double latencySeconds = 0;       // from produce to the loudspeaker, as far as it is known
+    bool realTime = false;           // whether the rendering thread was granted real-time priority
+    std::uint64_t xruns = 0;         // periods lost since start
     bool isDefault = false;
 };
 
