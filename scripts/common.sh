@@ -1,5 +1,7 @@
+# shellcheck shell=bash
 # What ./run, ./test and .ci/run share. Sourced with `root` set to the project's folder; never
 # changes the caller's working directory.
+: "${root:?}"
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -15,8 +17,9 @@ wanted_packages() {
 missing_packages() {
     local wanted
     wanted=$(wanted_packages "$@" | sort -u)
+    # It fails when it does not know a name at all: that one is missing as well.
     # shellcheck disable=SC2086
-    dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null |
+    { dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null || true; } |
         sed -n 's/^installed //p' | sort -u | comm -13 - <(printf '%s\n' "$wanted")
 }
 
