@@ -13,6 +13,7 @@
 /// period, which the callback then fetches by rendering bus 1.
 class HardwareIO final : public AudioUnitInstance, private AudioDeviceClient {
   public:
+    HardwareIO();
     ~HardwareIO() override;
 
     OSStatus setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
