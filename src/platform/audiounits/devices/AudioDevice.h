@@ -43,5 +43,9 @@ class AudioDevice {
     virtual OSStatus start(AudioDeviceClient& client, bool capture) = 0;
     /// Returns when no call to the client is under way and none will come.
     virtual void stop() = 0;
+    /// May be asked while another thread starts or stops the device.
     virtual AudioDeviceInfo info() const = 0;
+    /// [any thread] False once a running device knows that it will not call again until it is
+    /// stopped and started: its server went away, or changed in a way that wants a new start.
+    virtual bool alive() const { return true; }
 };
