@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "PullUpstream.h"
-#include "notifications/NotificationCentre.h"
 
 namespace {
 
@@ -77,7 +76,7 @@ void Float32ToSInt16::convert(std::uint32_t frames, std::int16_t* out) noexcept 
         return;
     m_clippiness = 1.f;
     if (m_notifyClipping)
-        NotificationCentre::defaultCentre().post(kAudioClippedNotification);
+        m_notifications.post(kAudioClippedNotification);
 }
 
 OSStatus Float32ToSInt16::render(void* context, AudioUnitRenderActionFlags* flags,

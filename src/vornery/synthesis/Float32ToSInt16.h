@@ -4,6 +4,7 @@
 
 #include "graph/VornCallbackUnit.h"
 #include "handoff/Shared.h"
+#include "notifications/NotificationCentre.h"
 
 /// Name of the notice of a clip. Posted from the audio thread, without an object.
 inline constexpr const char* kAudioClippedNotification = "com.quaddle.audio.clipped";
@@ -50,4 +51,6 @@ class Float32ToSInt16 : public VornCallbackUnit {
     Shared<float> m_clippiness = 0.f;
     Shared<float> m_internalGainLevel = 1.f;
     Shared<bool> m_notifyClipping = false;
+    // Made here, on the main thread: the first to ask for the centre makes it.
+    NotificationCentre& m_notifications = NotificationCentre::defaultCentre();
 };
