@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "audiounits/FormatConverter.h"
 #include "audiounits/HardwareIO.h"
 #include "audiounits/MultichannelMixer.h"
 
@@ -31,7 +30,6 @@ AudioComponentRegistry& AudioComponentRegistry::shared() {
 AudioComponentRegistry::AudioComponentRegistry() {
     m_components.push_back(component<HardwareIO>(fourCC("auou"), fourCC("rioc")));
     m_components.push_back(component<MultichannelMixer>(fourCC("aumx"), fourCC("mcmx")));
-    m_components.push_back(component<FormatConverter>(fourCC("aufc"), fourCC("conv")));
 }
 
 AudioComponent AudioComponentRegistry::add(RegisteredComponent component) {

@@ -25,13 +25,13 @@ class AudioDeviceClient {
 
 /// What `ombrix devices` shows of a device.
 struct AudioDeviceInfo {
-    std::string name;               // stable: "jack", "pulse:SINK", "alsa:PCM", "clock"
-    std::string description;        // for people
-    double rate = 0;                // frames per second of the device itself
-    std::uint32_t periodFrames = 0; // of the device, at its rate
-    double latencySeconds = 0;      // from produce to the loudspeaker, as far as it is known
-    bool realTime = false;          // whether the rendering thread was granted real-time priority
-    std::uint64_t xruns = 0;        // periods lost since start
+    std::string name;                // stable: "jack", "pulse:SINK", "alsa:PCM", "clock"
+    std::string description;         // for people
+    double rate = 0;                 // frames per second of the device itself
+    std::uint32_t periodFrames = 0;  // of the device, at its rate
+    double latencySeconds = 0;       // from produce to the loudspeaker, as far as it is known
+    bool realTime = false;           // whether the rendering thread was granted real-time priority
+    std::uint64_t xruns = 0;         // periods lost since start
     bool isDefault = false;
 };
 
@@ -43,5 +43,9 @@ class AudioDevice {
     virtual OSStatus start(AudioDeviceClient& client, bool capture) = 0;
     /// Returns when no call to the client is under way and none will come.
     virtual void stop() = 0;
+    /// May be asked while another thread starts or stops the device.
     virtual AudioDeviceInfo info() const = 0;
+    /// [any thread] False once a running device knows that it will not call again until it is
+    /// stopped and started: its server went away, or changed in a way that wants a new start.
+    virtual bool alive() const { return true; }
 };

@@ -1,3 +1,0 @@
-#pragma once
-#include "audiounits/StubUnit.h"
-using FormatConverter = StubUnit;

@@ -1,0 +1,41 @@
+#include "JackServer.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "Recording.h"
+#include "ScratchFolder.h"
+
+JackServer::JackServer() : m_name("ombrix-test-" + std::to_string(getpid())) {
+    setenv("JACK_DEFAULT_SERVER", m_name.c_str(), 1);
+    setenv("JACK_NO_START_SERVER", "1", 1);
+}
+
+// Ended with SIGTERM it takes its shared memory away with it.
+JackServer::~JackServer() {
+    if (m_process) {
+        m_process->signal(SIGCONT);
+        m_process->terminate();
+    }
+}
+
+void JackServer::start(int rate, int periodFrames) {
+    m_process = std::make_unique<Process>(std::vector<std::string>{
+        "jackd", "-r", "--no-mlock", "-n", m_name, "-d", "dummy", "-r", std::to_string(rate), "-p",
+        std::to_string(periodFrames), "-C", "1", "-P", "2"});
+    if (runProgram({"jack_wait", "-s", m_name, "-w", "-t", "20"}) != 0)
+        throw std::runtime_error("the JACK server did not start");
+}
+
+std::vector<float> JackServer::record(const std::vector<std::string>& ports, int seconds) {
+    ScratchFolder scratch;
+    const std::string file = scratch.file("recorded.wav");
+    std::vector<std::string> command{"jack_rec", "-f", file, "-d", std::to_string(seconds),
+                                     "-b",       "32"};
+    command.insert(command.end(), ports.begin(), ports.end());
+    runProgram(command);
+    return readRecording(file).frames;
+}
