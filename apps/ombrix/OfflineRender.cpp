@@ -38,7 +38,7 @@ std::span<const std::int16_t> OfflineRender::next() {
 }
 
 bool OfflineRender::faded() const {
-    const Instrument& instrument = m_session.instrument();
+    Instrument& instrument = m_session.instrument();
     return !instrument.keysSound() && m_silence.silentFrames() >= kSecond + instrument.echoFrames();
 }
 

@@ -75,7 +75,7 @@ class LivePlay {
         if (!m_player.ended())
             return false;
         const double end = static_cast<double>(m_session.timeline().endFrame) / kGraphRate;
-        const Instrument& instrument = m_session.instrument();
+        Instrument& instrument = m_session.instrument();
         return elapsed() > end + kLongestTail ||
                (!instrument.keysSound() &&
                 m_device.silentFrames() >= kFadedFrames + instrument.echoFrames());

@@ -87,7 +87,9 @@ std::string WavFileWriter::refusal(const std::string& path, bool replace) {
         return "";
     if (!fs::is_regular_file(status))
         return path + " is no regular file; give another --output";
-    return replace ? "" : path + " exists already; --force replaces it";
+    if (replace)
+        return "";
+    return path + " exists already; --force replaces it";
 }
 
 std::string WavFileWriter::open(const std::string& path, bool replace) {
@@ -97,9 +99,7 @@ std::string WavFileWriter::open(const std::string& path, bool replace) {
     const fs::path target = fs::canonical(path, missing);  // the file itself, not a link to it
     m_path = missing ? path : target.string();
     m_replace = replace;
-    m_folder = fs::path(m_path).parent_path().string();
-    if (m_folder.empty())
-        m_folder = ".";
+    m_folder = (fs::absolute(m_path, missing)).parent_path().string();
     std::string pattern = m_folder + "/.ombrix-XXXXXX";
     m_file = mkostemp(pattern.data(), O_CLOEXEC);
     if (m_file < 0)

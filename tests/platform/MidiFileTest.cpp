@@ -34,9 +34,9 @@ MidiFile parsed(const Bytes& bytes) {
 /// What a sequencer might write: two tracks, tempo, controllers, text, running status.
 Bytes ordinaryFile() {
     const Bytes tempo = {0, 0xFF, 0x51, 3, 7, 0xA1, 0x20, 0, 0xFF, 3, 2, 'h', 'i'};
-    const Bytes notes = {0,  0xB0, 7,    100, 0,    0xC0, 5,  0,    0x90, 60,   100, 10, 64,
-                         90, 0x60, 60,   0,   0xFF, 1,    1,  'x',  0,    64,   0,   5,  0xF0,
-                         2,  1,    0xF7, 0,   0xE0, 0,    64, 0x81, 0x10, 0x80, 67,  64};
+    const Bytes notes = {0,    0xB0, 7,  100,  0, 0xC0, 5, 0,  0x90, 60,   100,  10, 64,
+                         90,   0x60, 60, 0,    0, 0xFF, 1, 1,  'x',  0,    64,   0,  5,
+                         0xF0, 2,    1,  0xF7, 0, 0xE0, 0, 64, 0x81, 0x10, 0x80, 67, 64};
     return joined({midi::header(1, 2, 480), midi::chunk("MTrk", joined({tempo, midi::kEndOfTrack})),
                    midi::chunk("MTrk", joined({notes, midi::kEndOfTrack}))});
 }

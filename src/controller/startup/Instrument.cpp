@@ -115,8 +115,6 @@ void Instrument::silence() {
     m_notes.releaseAll();
     for (const auto& envelope : m_voices.envelopes)
         envelope->untriggerFinished();
-    m_resonanceUnit.silence();
-    m_delayUnit.silence();
 }
 
 float Instrument::parameter(ParameterId id) const {

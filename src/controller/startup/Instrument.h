@@ -56,7 +56,7 @@ class Instrument {
     /// Whether any key is held by a voice.
     bool keysSound() const;
     /// Length of the echo's delay line, in frames.
-    std::uint32_t echoFrames() const { return m_delayUnit.data()->length; }
+    std::uint32_t echoFrames() { return m_delayUnit.data()->length; }
     /// Silences everything at once: releases all keys, ends all releases, empties the delay lines.
     void silence();
 

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool exists(const fs::path& path) {
+bool fileExists(const fs::path& path) {
     std::error_code ignored;
     return fs::exists(path, ignored);
 }
@@ -31,16 +31,20 @@ std::shared_ptr<VornWave2> mixedToMono(const VornWave2& stereo) {
     const float* pairs = stereo.retrieveWindowAt(0, &count, &format);
     if (!pairs)
         return nullptr;
-    auto mono = VornWave2::allocate(frames);
+    SampleMemory mono(frames);
+    if (!mono)
+        return nullptr;
     for (std::uint32_t i = 0; i < count; ++i)
-        mono.get()[i] = (pairs[2 * std::size_t{i}] + pairs[2 * std::size_t{i} + 1]) * 0.5f;
+        mono.data()[i] = (pairs[2 * std::size_t{i}] + pairs[2 * std::size_t{i} + 1]) * 0.5f;
     return VornWave2::initWithOwnershipOfData(std::move(mono), frames,
                                               StreamDescription::float32(1), stereo.filename());
 }
 
 void generate(VornWave2& wave, GeneratedWaves::Generator generator) {
-    auto samples = VornWave2::allocate(GeneratedWaves::kLength);
-    generator(samples.get(), GeneratedWaves::kLength);
+    SampleMemory samples(GeneratedWaves::kLength);
+    if (!samples)
+        return;
+    generator(samples.data(), GeneratedWaves::kLength);
     wave.cheekilyReplaceDataWithOwnershipOf(std::move(samples), GeneratedWaves::kLength);
 }
 
@@ -61,7 +65,7 @@ std::string WaveChoice::defaultSoundFile() {
 
 std::optional<std::string> WaveChoice::resource(const std::string& filename) {
     const fs::path path = Folders::resources() / filename;
-    return exists(path) ? std::optional(path.string()) : std::nullopt;
+    return fileExists(path) ? std::optional(path.string()) : std::nullopt;
 }
 
 std::optional<std::string> WaveChoice::builtInSound(const std::string& path) {
@@ -84,7 +88,7 @@ std::string WaveChoice::plainWaveName(const std::string& name) {
 
 std::optional<std::string> WaveChoice::findWavePath(const std::string& name) {
     const std::string filename = plainWaveName(name);
-    if (const std::string own = dataFile(filename); exists(own))
+    if (const std::string own = dataFile(filename); fileExists(own))
         return own;
     return resource(filename);
 }
@@ -102,6 +106,10 @@ WaveChoice::Loaded WaveChoice::load(const std::string& path) {
     }
     if (loaded.wave->audioDescription()->mChannelsPerFrame == 2)
         loaded.wave = mixedToMono(*loaded.wave);
+    if (!loaded.wave) {
+        loaded.error = path + ": not enough memory for this sound";
+        return loaded;
+    }
     if (const auto builtIn = builtInSound(path)) {
         if (const auto generator = GeneratedWaves::generatorNamed(*builtIn))
             generate(*loaded.wave, generator);
@@ -116,7 +124,7 @@ void WaveChoice::use(const Loaded& loaded) {
 }
 
 WaveChoice::Loaded WaveChoice::setWaveTo(const std::string& path) {
-    if (!exists(path)) {
+    if (!fileExists(path)) {
         const std::string fallback = defaultSoundFile();
         if (path != fallback)
             return setWaveTo(fallback);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "audiounits/FormatConverter.h"
 #include "audiounits/HardwareIO.h"
 #include "audiounits/MultichannelMixer.h"
 
@@ -30,6 +31,7 @@ AudioComponentRegistry& AudioComponentRegistry::shared() {
 AudioComponentRegistry::AudioComponentRegistry() {
     m_components.push_back(component<HardwareIO>(fourCC("auou"), fourCC("rioc")));
     m_components.push_back(component<MultichannelMixer>(fourCC("aumx"), fourCC("mcmx")));
+    m_components.push_back(component<FormatConverter>(fourCC("aufc"), fourCC("conv")));
 }
 
 AudioComponent AudioComponentRegistry::add(RegisteredComponent component) {

@@ -26,6 +26,8 @@ struct HardwareIO::Workspace {
     std::array<float, kMaximumDeviceFrames> right;
 };
 
+HardwareIO::HardwareIO() = default;
+
 HardwareIO::~HardwareIO() {
     stop();
 }

@@ -7,7 +7,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 
@@ -40,6 +39,10 @@ std::string reason() {
     return std::strerror(errno);
 }
 
+std::string tooLarge(std::size_t limit) {
+    return "larger than " + std::to_string(limit >> 20) + " MiB";
+}
+
 std::optional<std::vector<std::uint8_t>> readAll(int fd, std::size_t limit, std::string& reason) {
     std::vector<std::uint8_t> bytes;
     std::array<std::uint8_t, 65536> part;
@@ -55,7 +58,7 @@ std::optional<std::vector<std::uint8_t>> readAll(int fd, std::size_t limit, std:
             return bytes;
         bytes.insert(bytes.end(), part.data(), part.data() + count);
         if (bytes.size() > limit) {
-            reason = "larger than " + std::to_string(limit >> 20) + " MiB";
+            reason = tooLarge(limit);
             return std::nullopt;
         }
     }
@@ -122,6 +125,8 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
         return refuse("is a folder, not a file");
     if (!S_ISREG(status.st_mode))
         return refuse("is not a regular file");
+    if (static_cast<std::uint64_t>(status.st_size) > limit)
+        return refuse(tooLarge(limit));
     std::string why;
     auto bytes = readAll(file.fd(), limit, why);
     return bytes ? std::move(bytes) : refuse(why);
