@@ -25,7 +25,7 @@ inline SteadySum steadySum(float p, float step, float limit, std::uint32_t most)
     const float second = p + step;
     const float third = second + step;
     const float advance = second - p;
-    if (most < kShortestSteadySum || bits == 0 || !(step > 0.f) || !(third < end) ||
+    if (most < kShortestSteadySum || bits == 0 || !(p > 0.f) || !(step > 0.f) || !(third < end) ||
         third - second != advance)
         return {0.f, 0};
     if (advance == 0.f)
