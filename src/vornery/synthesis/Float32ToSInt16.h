@@ -41,7 +41,7 @@ class Float32ToSInt16 : public VornCallbackUnit {
     static OSStatus render(void* unit, AudioUnitRenderActionFlags* flags,
                            const AudioTimeStamp* time, std::uint32_t bus, std::uint32_t frames,
                            AudioBufferList* data);
-    void convert(std::uint32_t frames, std::int16_t* out) noexcept;
+    void convert(std::uint32_t frames, bool silent, std::int16_t* out) noexcept;
     float gainAfter(float peak) noexcept;
 
     std::unique_ptr<float[]> m_sourceBuffer;
