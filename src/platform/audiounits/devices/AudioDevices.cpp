@@ -119,6 +119,9 @@ std::vector<AudioDeviceInfo> AudioDevices::list() {
         const List some = answer.get();
         all.insert(all.end(), some.begin(), some.end());
     }
+    // Back ends whose threads are ours are granted what the clock's is.
+    for (AudioDeviceInfo& info : all)
+        info.realTime = info.name == "jack" ? info.realTime : all.back().realTime;
     const auto standard = std::ranges::find_if(all, wouldBeChosen);
     if (standard != all.end())
         standard->isDefault = true;
