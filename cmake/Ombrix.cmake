@@ -6,7 +6,11 @@ target_compile_options(ombrix_options INTERFACE
   $<$<BOOL:${OMBRIX_WERROR}>:-Werror>)
 target_compile_definitions(ombrix_options INTERFACE QT_NO_KEYWORDS OMBRIX_VERSION="${PROJECT_VERSION}")
 if(OMBRIX_SANITIZE)
-  target_compile_options(ombrix_options INTERFACE -fsanitize=${OMBRIX_SANITIZE} -fno-omit-frame-pointer)
+  target_compile_options(ombrix_options INTERFACE -fsanitize=${OMBRIX_SANITIZE} -fno-omit-frame-pointer
+    $<$<BOOL:${OMBRIX_FUZZ}>:-fsanitize=fuzzer-no-link>)
+  if(OMBRIX_SANITIZE MATCHES undefined)
+    target_compile_options(ombrix_options INTERFACE -fno-sanitize-recover=undefined)
+  endif()
   target_link_options(ombrix_options INTERFACE -fsanitize=${OMBRIX_SANITIZE})
 endif()
 

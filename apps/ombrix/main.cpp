@@ -1,1 +1,63 @@
-int main() { return 0; }
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "Commands.h"
+#include "log/Log.h"
+
+namespace {
+
+struct Command {
+    const char* name;
+    const char* purpose;
+    int (*run)(std::span<char*> words);
+};
+
+constexpr std::array kCommands{
+    Command{"render", "play a MIDI file into a WAV file, faster than real time", renderCommand},
+    Command{"play", "play a MIDI file through an audio device", playCommand},
+    Command{"devices", "list the audio devices", devicesCommand},
+};
+
+void printHelp() {
+    std::puts(
+        "Ombrix Synth, a grain synthesiser, on the command line.\n\n"
+        "Usage: ombrix COMMAND [options]\n");
+    for (const Command& command : kCommands)
+        std::printf("  %-10s%s\n", command.name, command.purpose);
+    std::puts("\nombrix COMMAND --help tells more; ombrix --version tells the version.");
+}
+
+int run(std::span<char*> words) {
+    if (words.empty()) {
+        printHelp();
+        return kExitDone;
+    }
+    const char* const word = words[0];
+    if (!std::strcmp(word, "--help") || !std::strcmp(word, "-h") || !std::strcmp(word, "help")) {
+        printHelp();
+        return kExitDone;
+    }
+    if (!std::strcmp(word, "--version")) {
+        std::puts("ombrix " OMBRIX_VERSION);
+        return kExitDone;
+    }
+    for (const Command& command : kCommands) {
+        if (!std::strcmp(word, command.name))
+            return command.run(words);
+    }
+    tellUser("%s is no command; see ombrix --help", word);
+    return kExitBadUse;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
+    } catch (const std::exception& failure) {  // out of memory, in practice
+        tellUser("stopped: %s", failure.what());
+        return kExitFailed;
+    }
+}

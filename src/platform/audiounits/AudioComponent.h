@@ -37,7 +37,8 @@ class AudioComponentRegistry {
     std::vector<std::unique_ptr<RegisteredComponent>> m_removed;     // handles stay valid
 };
 
-AudioComponent AudioComponentFindNext(AudioComponent after, const AudioComponentDescription* wanted);
+AudioComponent AudioComponentFindNext(AudioComponent after,
+                                      const AudioComponentDescription* wanted);
 OSStatus AudioComponentGetDescription(AudioComponent component, AudioComponentDescription* out);
 /// A new instance, owned by the caller until AudioComponentInstanceDispose. Null on failure.
 OSStatus AudioComponentInstanceNew(AudioComponent component, AudioUnit* out);

@@ -38,6 +38,10 @@ OSStatus AudioUnitRender(AudioUnit unit, AudioUnitRenderActionFlags* flags,
     return unit->render(flags, time, bus, frames, data);
 }
 
-OSStatus AudioOutputUnitStart(AudioUnit unit) { return unit ? unit->start() : kAudio_ParamError; }
+OSStatus AudioOutputUnitStart(AudioUnit unit) {
+    return unit ? unit->start() : kAudio_ParamError;
+}
 
-OSStatus AudioOutputUnitStop(AudioUnit unit) { return unit ? unit->stop() : kAudio_ParamError; }
+OSStatus AudioOutputUnitStop(AudioUnit unit) {
+    return unit ? unit->stop() : kAudio_ParamError;
+}

@@ -32,19 +32,27 @@ struct StreamDescription {
 
     /// Packed 32-bit float, interleaved, native byte order.
     static constexpr StreamDescription float32(std::uint32_t channels, double rate = kGraphRate) {
-        return {rate,         kAudioFormatLinearPCM,
+        return {rate,
+                kAudioFormatLinearPCM,
                 kAudioFormatFlagIsFloat | kAudioFormatFlagIsPacked,
-                4 * channels, 1,
-                4 * channels, channels,
-                32,           0};
+                4 * channels,
+                1,
+                4 * channels,
+                channels,
+                32,
+                0};
     }
     /// Packed signed 16-bit integers, interleaved, native byte order.
     static constexpr StreamDescription sint16(std::uint32_t channels, double rate = kGraphRate) {
-        return {rate,         kAudioFormatLinearPCM,
+        return {rate,
+                kAudioFormatLinearPCM,
                 kAudioFormatFlagIsSignedInteger | kAudioFormatFlagIsPacked,
-                2 * channels, 1,
-                2 * channels, channels,
-                16,           0};
+                2 * channels,
+                1,
+                2 * channels,
+                channels,
+                16,
+                0};
     }
 
     constexpr bool isFloat() const { return (mFormatFlags & kAudioFormatFlagIsFloat) != 0; }

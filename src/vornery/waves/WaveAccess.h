@@ -22,9 +22,12 @@ class WaveAccess {
     virtual WaveWindowList retrieveWindowsAt(std::uint32_t at, std::uint32_t* count) const = 0;
     /// Copies `frames` frames from the start, in the sound's own layout; returns those copied.
     virtual std::uint32_t write(std::uint32_t frames, float* into) const = 0;
-    /// The span [from, from + count) as a sound of its own that shares the samples.
-    virtual std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t from,
-                                                       std::uint32_t count) const = 0;
+    /// The span [from, from + count) as a sound of its own that shares the samples. Null from a
+    /// sound that cannot be sliced.
+    virtual std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t /*from*/,
+                                                       std::uint32_t /*count*/) const {
+        return nullptr;
+    }
 };
 
 /// A sound that lies in one piece: a wave or a block. [control]

@@ -13,10 +13,10 @@ enum class WaveFormat : std::int32_t {
 /// A span of sample memory that some wave owns, handed out in lists. Points into memory that it
 /// does not keep alive: who reads a window keeps the sound that it came from.
 struct WaveWindow {
-    const void* owner = nullptr;   // block or wave that the samples belong to; identity only
-    const float* data = nullptr;   // first sample of the first frame; null ends a list
+    const void* owner = nullptr;  // block or wave that the samples belong to; identity only
+    const float* data = nullptr;  // first sample of the first frame; null ends a list
     std::uint32_t frameCount = 0;
-    std::int32_t format = 0;       // a WaveFormat
+    std::int32_t format = 0;  // a WaveFormat
 };
 
 /// Windows in playing order, ended by one that is all zero. Null when there is nothing to read.

@@ -10,7 +10,9 @@ OSStatus ManualDevice::start(AudioDeviceClient& client, bool capture) {
     return noErr;
 }
 
-void ManualDevice::stop() { m_client = nullptr; }
+void ManualDevice::stop() {
+    m_client = nullptr;
+}
 
 AudioDeviceInfo ManualDevice::info() const {
     AudioDeviceInfo info;

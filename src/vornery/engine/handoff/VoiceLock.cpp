@@ -12,7 +12,9 @@ VoiceLock::VoiceLock() noexcept {
     pthread_mutexattr_destroy(&attributes);
 }
 
-VoiceLock::~VoiceLock() { pthread_mutex_destroy(&m_mutex); }
+VoiceLock::~VoiceLock() {
+    pthread_mutex_destroy(&m_mutex);
+}
 
 void VoiceLock::lock() noexcept {
     inVoiceLock = true;
@@ -26,4 +28,6 @@ void VoiceLock::unlock() noexcept {
     inVoiceLock = false;
 }
 
-bool VoiceLock::active() noexcept { return inVoiceLock; }
+bool VoiceLock::active() noexcept {
+    return inVoiceLock;
+}

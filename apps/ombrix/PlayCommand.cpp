@@ -1,0 +1,142 @@
+#include <time.h>
+
+#include <cstdio>
+
+#include "CommandFrame.h"
+#include "Commands.h"
+#include "MeteredDevice.h"
+#include "Signals.h"
+#include "SongSession.h"
+#include "audiounits/devices/AudioDevices.h"
+#include "log/Log.h"
+
+namespace {
+
+constexpr double kLongestTail = 60.0;   // seconds after the song's end
+constexpr double kLongestSleep = 0.05;  // seconds: how soon a signal or a log line is seen to
+constexpr std::uint64_t kFadedFrames = 44100;
+
+constexpr CommandText kText{"ombrix play SONG.mid [options]",
+                            "Plays a MIDI file through an audio device."};
+
+const std::vector<OptionRow>& options() {
+    static const std::vector<OptionRow> rows = withSongOptions({
+        {"device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"},
+        {"buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"},
+        {"seconds", "S", "stop after S seconds"},
+    });
+    return rows;
+}
+
+double monotonicSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// Ends early when a signal arrives.
+void sleepUntil(double moment) {
+    timespec until{};
+    until.tv_sec = static_cast<time_t>(moment);
+    until.tv_nsec = static_cast<long>((moment - static_cast<double>(until.tv_sec)) * 1e9);
+    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
+}
+
+/// Plays a song against the wall clock: events are sent as their time comes.
+class LivePlay {
+  public:
+    LivePlay(SongSession& session, const MeteredDevice& device, double longest)
+        : m_session(session),
+          m_device(device),
+          m_player(session.timeline(), session.instrument().notes()),
+          m_longest(longest) {}
+
+    void run() {
+        m_started = monotonicSeconds();
+        while (!Signals::stopWanted() && !finished()) {
+            if (Signals::takeSilenceWanted())
+                m_session.instrument().silence();
+            // The frame that is due now, and the one that began with this very moment.
+            m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
+            Log::drain();
+            const double due = static_cast<double>(m_player.nextFrame()) / kGraphRate;
+            const double latest = elapsed() + kLongestSleep;
+            sleepUntil(m_started + (m_player.ended() || due > latest ? latest : due));
+        }
+        m_session.instrument().notes().releaseAll();
+    }
+
+    double elapsed() const { return monotonicSeconds() - m_started; }
+
+  private:
+    bool finished() const {
+        if (elapsed() >= m_longest)
+            return true;
+        if (!m_player.ended())
+            return false;
+        const double end = static_cast<double>(m_session.timeline().endFrame) / kGraphRate;
+        Instrument& instrument = m_session.instrument();
+        return elapsed() > end + kLongestTail ||
+               (!instrument.keysSound() &&
+                m_device.silentFrames() >= kFadedFrames + instrument.echoFrames());
+    }
+
+    SongSession& m_session;
+    const MeteredDevice& m_device;
+    SongPlayer m_player;
+    double m_longest;  // seconds
+    double m_started = 0;
+};
+
+struct Request {
+    std::string device;
+    double longest = 1e9;
+};
+
+std::string readRequest(const Arguments& arguments, Request& request) {
+    request.device = arguments.value("device").value_or("");
+    if (const auto text = arguments.value("buffer-frames")) {
+        const auto frames = wholeNumber(*text, 16, kMaximumDeviceFrames);
+        if (!frames)
+            return "--buffer-frames " + *text + ": a whole number from 16 to 8192 is wanted";
+        AudioDevices::setPreferredPeriod(static_cast<std::uint32_t>(*frames));
+    }
+    if (const auto text = arguments.value("seconds")) {
+        const auto seconds = decimalNumber(*text);
+        if (!seconds || *seconds < 0)
+            return "--seconds " + *text + ": a number from 0 on is wanted";
+        request.longest = *seconds;
+    }
+    std::string error;
+    if (!AudioDevices::choose(request.device, error))
+        return error;
+    return "";
+}
+
+}  // namespace
+
+int playCommand(std::span<char*> words) {
+    const CommandFrame frame(words, kText, options());
+    if (frame.exitCode())
+        return *frame.exitCode();
+    Request request;
+    std::string error = readRequest(frame.arguments(), request);
+    if (!error.empty())
+        return frame.refuse(error);
+    Signals::listen();
+    const auto device = std::make_shared<MeteredDevice>(AudioDevices::current());
+    AudioDevices::use(device);
+    const auto session = SongSession::prepare(frame.arguments(), error);
+    if (!session)
+        return frame.refuse(error);
+
+    session->instrument().play();
+    LivePlay play(*session, *device, request.longest);
+    play.run();
+    const AudioDeviceInfo info = device->info();
+    session->instrument().stop();
+    Log::drain();
+    std::printf("%.2f s played on %s, %llu periods lost\n", play.elapsed(), info.name.c_str(),
+                static_cast<unsigned long long>(info.xruns));
+    return kExitDone;
+}

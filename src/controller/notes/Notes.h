@@ -1,0 +1,66 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "startup/Voices.h"
+
+inline constexpr int kKeyCount = 88;
+/// MIDI note number of the lowest key.
+inline constexpr int kLowestMidiNote = 21;
+
+/// Who wants to know what happens on the keys.
+class NotesDelegate {
+  public:
+    virtual ~NotesDelegate() = default;
+    /// A key was pressed or released, on the screen or over MIDI.
+    virtual void keyTouched(bool /*down*/) {}
+    /// A key is to be shown pressed or not, after a MIDI message.
+    virtual void keyShown(int /*key*/, bool /*highlighted*/) {}
+};
+
+/// From keys to voices: 88 keys on twelve voices. A key is its index, 0 for the lowest (27.5 Hz,
+/// MIDI note 21) to 87. When all voices are busy the one whose release began from the oldest note
+/// is taken, and if none is releasing the one that sounds longest. [main]
+class Notes {
+  public:
+    explicit Notes(Voices& voices);
+
+    /// Not retained; null for none.
+    void setDelegate(NotesDelegate* delegate);
+
+    /// Starts a key with a gain in [0, 1]. A key that sounds already is left alone.
+    void tinkleIvory(int key, float gain = 1.f);
+    /// Releases a key; nothing happens if its voice was taken by another one meanwhile.
+    void untinkleIvory(int key);
+
+    /// MIDI bytes. Notes outside the keys are ignored, and so is aftertouch.
+    void midiNoteDown(std::uint8_t note, std::uint8_t velocity);
+    void midiNoteUp(std::uint8_t note);
+    void midiNoteAftertouch() {}
+
+    /// Releases every key that is down.
+    void releaseAll();
+
+    /// Hertz of each key.
+    const std::array<float, kKeyCount>& noteFrequencies() const { return m_noteFrequencies; }
+    /// The voice that each key sounds, or -1.
+    const std::array<std::int32_t, kKeyCount>& triggeredNoteUnits() const {
+        return m_triggeredNoteUnits;
+    }
+
+    /// The voice to use next: a free one, else the oldest releasing, else the oldest sounding,
+    /// which is taken from its key and released.
+    unsigned nextSynthUnitToUse();
+
+  private:
+    enum class Choice { releasing, any };
+    /// The voice triggered first of those that the choice admits, and before `now`; -1 if none.
+    int oldestVoice(Choice choice, double now) const;
+    void stealVoice(unsigned voice);
+
+    Voices& m_voices;
+    NotesDelegate* m_delegate;
+    std::array<float, kKeyCount> m_noteFrequencies;
+    std::array<std::int32_t, kKeyCount> m_triggeredNoteUnits;
+};

@@ -1,0 +1,137 @@
+#include "wavechoice/WaveChoice.h"
+
+#include <cctype>
+#include <filesystem>
+
+#include "folders/Folders.h"
+#include "log/Log.h"
+#include "wavechoice/GeneratedWaves.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool fileExists(const fs::path& path) {
+    std::error_code ignored;
+    return fs::exists(path, ignored);
+}
+
+bool startsWith(const std::string& text, const char* prefix) {
+    return text.rfind(prefix, 0) == 0;
+}
+
+std::string behindLastSlash(const std::string& name) {
+    return name.substr(name.rfind('/') + 1);
+}
+
+std::shared_ptr<VornWave2> mixedToMono(const VornWave2& stereo) {
+    const std::uint32_t frames = stereo.sampleCount();
+    std::uint32_t count = frames;
+    std::int32_t format = 0;
+    const float* pairs = stereo.retrieveWindowAt(0, &count, &format);
+    if (!pairs)
+        return nullptr;
+    SampleMemory mono(frames);
+    if (!mono)
+        return nullptr;
+    for (std::uint32_t i = 0; i < count; ++i)
+        mono.data()[i] = (pairs[2 * std::size_t{i}] + pairs[2 * std::size_t{i} + 1]) * 0.5f;
+    return VornWave2::initWithOwnershipOfData(std::move(mono), frames,
+                                              StreamDescription::float32(1), stereo.filename());
+}
+
+void generate(VornWave2& wave, GeneratedWaves::Generator generator) {
+    SampleMemory samples(GeneratedWaves::kLength);
+    if (!samples)
+        return;
+    generator(samples.data(), GeneratedWaves::kLength);
+    wave.cheekilyReplaceDataWithOwnershipOf(std::move(samples), GeneratedWaves::kLength);
+}
+
+}  // namespace
+
+std::string WaveChoice::dataFile(const std::string& name) {
+    const auto folder = Folders::data();
+    if (!folder) {
+        Log::line("Documents directory not found!");
+        stopProgram("Documents directory not found!", __func__, __FILE__, __LINE__);
+    }
+    return (*folder / name).string();
+}
+
+std::string WaveChoice::defaultSoundFile() {
+    return (Folders::resources() / "Sine Wave.wav").string();
+}
+
+std::optional<std::string> WaveChoice::resource(const std::string& filename) {
+    const fs::path path = Folders::resources() / filename;
+    return fileExists(path) ? std::optional(path.string()) : std::nullopt;
+}
+
+std::optional<std::string> WaveChoice::builtInSound(const std::string& path) {
+    const fs::path file(path);
+    if (file.parent_path().string().ends_with(".app"))
+        return file.stem().string();
+    return std::nullopt;
+}
+
+std::string WaveChoice::plainWaveName(const std::string& name) {
+    if (startsWith(name, "user/") || startsWith(name, "internal/"))
+        return behindLastSlash(name);
+    if (!startsWith(name, "generated/"))
+        return name;
+    std::string kind = behindLastSlash(name);
+    if (!kind.empty())
+        kind[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(kind[0])));
+    return kind + " Wave.wav";
+}
+
+std::optional<std::string> WaveChoice::findWavePath(const std::string& name) {
+    const std::string filename = plainWaveName(name);
+    if (const std::string own = dataFile(filename); fileExists(own))
+        return own;
+    return resource(filename);
+}
+
+WaveChoice::Loaded WaveChoice::load(const std::string& path) {
+    const fs::path file(path);
+    Loaded loaded;
+    loaded.filename = file.filename().string();
+    loaded.wave = VornWave2::initWithContentsOfFile(loaded.filename, file.parent_path().string());
+    loaded.error = loaded.wave->loadError();
+    loaded.notice = loaded.wave->loadNotice();
+    if (!loaded.error.empty()) {
+        loaded.wave.reset();
+        return loaded;
+    }
+    if (loaded.wave->audioDescription()->mChannelsPerFrame == 2)
+        loaded.wave = mixedToMono(*loaded.wave);
+    if (!loaded.wave) {
+        loaded.error = path + ": not enough memory for this sound";
+        return loaded;
+    }
+    if (const auto builtIn = builtInSound(path)) {
+        if (const auto generator = GeneratedWaves::generatorNamed(*builtIn))
+            generate(*loaded.wave, generator);
+    }
+    return loaded;
+}
+
+void WaveChoice::use(const Loaded& loaded) {
+    m_currentWaveFilename = loaded.filename;
+    for (const auto& synth : m_voices.synths)
+        synth->setWaveSource(loaded.wave);
+}
+
+WaveChoice::Loaded WaveChoice::setWaveTo(const std::string& path) {
+    if (!fileExists(path)) {
+        const std::string fallback = defaultSoundFile();
+        if (path != fallback)
+            return setWaveTo(fallback);
+        return {nullptr, "", path + ": no such file", ""};
+    }
+    Loaded loaded = load(path);
+    if (loaded.wave)
+        use(loaded);
+    return loaded;
+}

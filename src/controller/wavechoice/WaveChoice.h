@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "VornWave2.h"
+#include "startup/Voices.h"
+
+/// Names to files, and the one sound that all voices play. [main]
+class WaveChoice {
+  public:
+    /// A sound that is ready to be played, or the one line that says why it is not.
+    struct Loaded {
+        std::shared_ptr<VornWave2> wave;  // mono; null after an error
+        std::string filename;             // last component of the path
+        std::string error;                // names file and reason
+        std::string notice;               // played, but something is amiss
+    };
+
+    /// The data folder is not touched before it is asked for.
+    explicit WaveChoice(Voices& voices) : m_voices(voices) {}
+
+    /// Full path of a file in the data folder. Without a data folder the program stops.
+    static std::string dataFile(const std::string& name);
+    static std::string presetFilename() { return dataFile("presets.plist"); }
+    static std::string temporaryRecordingFile() {
+        return dataFile("-temporary-audio-recording-.tmp");
+    }
+    static std::string defaultSoundFile();
+    /// Path of the resource of that full file name; none if it is not there.
+    static std::optional<std::string> resource(const std::string& filename);
+    /// The file name without extension if the path lies among the resources.
+    static std::optional<std::string> builtInSound(const std::string& path);
+    /// A preset's wave name without its folder prefix: "generated/sine" is "Sine Wave.wav".
+    static std::string plainWaveName(const std::string& name);
+    /// The file of a preset's wave: in the data folder, else among the resources, else none.
+    static std::optional<std::string> findWavePath(const std::string& name);
+
+    /// Reads a sound file, mixes it to mono and generates built-in waves. [any thread] but
+    /// [render].
+    static Loaded load(const std::string& path);
+
+    /// Makes a loaded sound the one in use by all voices.
+    void use(const Loaded& loaded);
+
+    /// Loads a file and uses it; a missing file falls back to the default sound, once. A file that
+    /// cannot be loaded leaves the sound in use as it was and answers why.
+    Loaded setWaveTo(const std::string& path);
+
+    /// File name of the sound in use; none when it has no file.
+    const std::optional<std::string>& currentWaveFilename() const { return m_currentWaveFilename; }
+
+  private:
+    Voices& m_voices;
+    std::optional<std::string> m_currentWaveFilename;
+};

@@ -1,0 +1,199 @@
+#include "audiofiles/AudioConverter.h"
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <type_traits>
+
+#include "audiofiles/Resampler.h"
+#include "audiofiles/SampleUnpacker.h"
+
+struct OpaqueAudioConverter {
+    virtual ~OpaqueAudioConverter() = default;
+    virtual OSStatus fill(AudioConverterComplexInputDataProc inputProc, void* userData,
+                          std::uint32_t* ioFrames, AudioBuffer& output) = 0;
+};
+
+namespace {
+
+constexpr std::uint32_t kFramesAtATime = 4096;
+
+/// To nearest even, saturated. Adding and taking away 1.5 x 2^(mantissa bits) rounds to whole
+/// numbers and, unlike a call of the library, is done for many samples at once.
+template <typename Real>
+std::int16_t sixteenBits(Real sample) {
+    constexpr Real kRounder =
+        std::is_same_v<Real, float> ? Real(12582912.0) : Real(6755399441055744.0);
+    Real scaled = sample * Real(32768);
+    scaled = scaled == scaled ? scaled : Real(0);
+    scaled = std::min(std::max(scaled, Real(-32768)), Real(32767));
+    return static_cast<std::int16_t>(static_cast<std::int32_t>((scaled + kRounder) - kRounder));
+}
+
+template <typename Real>
+void store(Real sample, std::int16_t& out) {
+    out = sixteenBits(sample);
+}
+template <typename Real>
+void store(Real sample, float& out) {
+    out = static_cast<float>(sample);
+}
+
+template <typename Real, typename Sample>
+void interleave(const std::vector<Real>* planes, std::uint32_t channels, std::uint32_t from,
+                std::uint32_t frames, Sample* out) {
+    for (std::uint32_t c = 0; c < channels; ++c) {
+        const Real* plane = planes[c].data() + from;
+        for (std::uint32_t i = 0; i < frames; ++i)
+            store(plane[i], out[i * channels + c]);
+    }
+}
+
+/// Real is float when the rate changes, else double.
+template <typename Real>
+class Conversion : public OpaqueAudioConverter {
+  public:
+    static constexpr bool kResamples = std::is_same_v<Real, float>;
+
+    Conversion(const StreamDescription& source, const StreamDescription& target)
+        : m_unpacker(source), m_sourceFrameBytes(source.mBytesPerFrame), m_target(target) {
+        if constexpr (kResamples)
+            m_resampler.emplace(static_cast<int>(source.mSampleRate),
+                                static_cast<int>(target.mSampleRate),
+                                static_cast<int>(target.mChannelsPerFrame));
+    }
+    bool valid() const { return !m_resampler || m_resampler->valid(); }
+
+    OSStatus fill(AudioConverterComplexInputDataProc inputProc, void* userData,
+                  std::uint32_t* ioFrames, AudioBuffer& output) override {
+        const std::uint32_t wanted = *ioFrames;
+        std::uint32_t& done = *ioFrames = 0;
+        while (done < wanted) {
+            if (m_at == m_ready) {
+                if (const OSStatus status = refill(inputProc, userData))
+                    return status;
+                if (m_ready == 0)
+                    break;
+            }
+            const std::uint32_t frames = std::min(wanted - done, m_ready - m_at);
+            emit(frames, output, done);
+            done += frames;
+        }
+        output.mDataByteSize = done * m_target.mBytesPerFrame;
+        return noErr;
+    }
+
+  private:
+    /// Leaves m_ready at 0 when nothing more will come.
+    OSStatus refill(AudioConverterComplexInputDataProc inputProc, void* userData) {
+        m_at = m_ready = 0;
+        while (m_ready == 0 && !m_inputEnded) {
+            std::uint32_t frames = kFramesAtATime;
+            AudioBufferList input = AudioBufferList::single(nullptr, 0, 0);
+            AudioStreamPacketDescription* descriptions = nullptr;
+            if (const OSStatus status = inputProc(this, &frames, &input, &descriptions, userData))
+                return status;
+            frames = std::min(frames, input.mBuffers[0].mDataByteSize / m_sourceFrameBytes);
+            m_inputEnded = frames == 0;
+            take(input.samples<const std::byte>(), frames);
+        }
+        if constexpr (kResamples)
+            if (m_ready == 0)
+                m_ready = m_resampler->flush(m_planes);
+        return noErr;
+    }
+
+    void take(const std::byte* packed, std::uint32_t frames) {
+        if (frames == 0)
+            return;
+        if constexpr (kResamples) {
+            m_unpacker.unpack(packed, frames, m_unpacked);
+            m_ready = m_resampler->process(m_unpacked, frames, m_planes);
+        } else {
+            m_unpacker.unpack(packed, frames, m_planes);
+            m_ready = frames;
+        }
+    }
+
+    void emit(std::uint32_t frames, AudioBuffer& output, std::uint32_t done) {
+        const std::uint32_t channels = m_target.mChannelsPerFrame;
+        const std::size_t offset = std::size_t{done} * channels;
+        if (m_target.isFloat())
+            interleave(m_planes, channels, m_at, frames,
+                       static_cast<float*>(output.mData) + offset);
+        else
+            interleave(m_planes, channels, m_at, frames,
+                       static_cast<std::int16_t*>(output.mData) + offset);
+        m_at += frames;
+    }
+
+    SampleUnpacker<Real> m_unpacker;
+    std::uint32_t m_sourceFrameBytes;
+    StreamDescription m_target;
+    std::optional<Resampler> m_resampler;
+    std::vector<Real> m_unpacked[2];
+    std::vector<Real> m_planes[2];  // converted frames [m_at, m_ready) wait here
+    std::uint32_t m_at = 0;
+    std::uint32_t m_ready = 0;
+    bool m_inputEnded = false;
+};
+
+bool isTarget(const StreamDescription& target, std::uint32_t sourceChannels) {
+    const std::uint32_t bits = target.isFloat() ? 32 : 16;
+    const bool layout = target.mChannelsPerFrame == 1 || target.isInterleaved();
+    return target.mFormatID == kAudioFormatLinearPCM && target.mBitsPerChannel == bits && layout &&
+           (target.mFormatFlags & kAudioFormatFlagIsBigEndian) == 0 &&
+           target.mBytesPerFrame == bits / 8 * target.mChannelsPerFrame &&
+           target.mChannelsPerFrame == std::min(sourceChannels, 2u);
+}
+
+bool isRate(double rate) {
+    return rate >= 1.0 && rate <= 1e7;
+}
+
+template <typename Real>
+OSStatus makeConversion(const StreamDescription& source, const StreamDescription& target,
+                        AudioConverterRef* converter) {
+    auto made = std::make_unique<Conversion<Real>>(source, target);
+    if (!made->valid())
+        return Resampler::available() ? kAudioConverterErr_FormatNotSupported
+                                      : kAudioFileLibraryMissingError;
+    *converter = made.release();
+    return noErr;
+}
+
+}  // namespace
+
+OSStatus AudioConverterNew(const StreamDescription* source, const StreamDescription* target,
+                           AudioConverterRef* converter) {
+    *converter = nullptr;
+    if (!isRate(source->mSampleRate) || !isRate(target->mSampleRate))
+        return kAudioConverterErr_OutputSampleRateOutOfRange;
+    if (!SampleUnpacker<double>::supports(*source) || !isTarget(*target, source->mChannelsPerFrame))
+        return kAudioConverterErr_FormatNotSupported;
+    try {
+        return source->mSampleRate == target->mSampleRate
+                   ? makeConversion<double>(*source, *target, converter)
+                   : makeConversion<float>(*source, *target, converter);
+    } catch (...) {
+        return kAudioFileOutOfMemoryError;
+    }
+}
+
+OSStatus AudioConverterFillComplexBuffer(AudioConverterRef converter,
+                                         AudioConverterComplexInputDataProc inputProc,
+                                         void* userData, std::uint32_t* ioPackets,
+                                         AudioBufferList* output, AudioStreamPacketDescription*) {
+    if (!converter || !inputProc || !ioPackets || !output)
+        return kAudio_ParamError;
+    try {
+        return converter->fill(inputProc, userData, ioPackets, output->mBuffers[0]);
+    } catch (...) {
+        return kAudioFileOutOfMemoryError;
+    }
+}
+
+OSStatus AudioConverterDispose(AudioConverterRef converter) {
+    delete converter;
+    return converter ? noErr : kAudio_ParamError;
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "audiounits/AudioUnitTypes.h"
+
+/// The audio file service: sound files of many kinds, read as packets. All calls return a status,
+/// throw nothing and may block on the disk. [any thread but render; one thread at a time per file]
+///
+/// Files are recognised by their content, never by their name. Linear PCM is handed out as it
+/// stands in the file: a packet is a frame. Every other kind is decoded on the way: its format
+/// keeps the identifier of the codec and says 0 bytes per packet, since packets in the file vary;
+/// what is read is still one frame a packet, of interleaved native 64-bit floats in [-1, 1]
+/// (integers of w bits count as value / 2^(w - 1)), encoder delay and padding cut off.
+
+struct OpaqueAudioFile;
+using AudioFileID = OpaqueAudioFile*;
+
+inline constexpr OSStatus kAudioFileNotOpenError = -38;
+inline constexpr OSStatus kAudioFileEndOfFileError = -39;
+inline constexpr OSStatus kAudioFileFileNotFoundError = -43;
+inline constexpr OSStatus kAudioFileOutOfMemoryError = -108;
+inline constexpr OSStatus kAudioFilePermissionsError = static_cast<OSStatus>(fourCC("prm?"));
+inline constexpr OSStatus kAudioFileUnsupportedFileTypeError =
+    static_cast<OSStatus>(fourCC("typ?"));
+inline constexpr OSStatus kAudioFileUnsupportedDataFormatError =
+    static_cast<OSStatus>(fourCC("fmt?"));
+inline constexpr OSStatus kAudioFileUnsupportedPropertyError =
+    static_cast<OSStatus>(fourCC("pty?"));
+inline constexpr OSStatus kAudioFileBadPropertySizeError = static_cast<OSStatus>(fourCC("!siz"));
+inline constexpr OSStatus kAudioFileInvalidFileError = static_cast<OSStatus>(fourCC("dta?"));
+inline constexpr OSStatus kAudioFileUnspecifiedError = static_cast<OSStatus>(fourCC("wht?"));
+// Not the platform's: what a path may lead to here, and a library that is not installed.
+inline constexpr OSStatus kAudioFileIsFolderError = static_cast<OSStatus>(fourCC("dir?"));
+inline constexpr OSStatus kAudioFileNotRegularError = static_cast<OSStatus>(fourCC("reg?"));
+inline constexpr OSStatus kAudioFileEmptyError = static_cast<OSStatus>(fourCC("emp?"));
+inline constexpr OSStatus kAudioFileLibraryMissingError = static_cast<OSStatus>(fourCC("lib?"));
+
+using AudioFilePropertyID = std::uint32_t;
+/// StreamDescription.
+inline constexpr AudioFilePropertyID kAudioFilePropertyDataFormat = fourCC("dfmt");
+/// std::uint64_t: packets that the file claims to hold; 0 when it does not say. Reading may end
+/// earlier, if the file does.
+inline constexpr AudioFilePropertyID kAudioFilePropertyAudioDataPacketCount = fourCC("pcnt");
+/// std::uint64_t: bytes of packets. For linear PCM never more than the file really has.
+inline constexpr AudioFilePropertyID kAudioFilePropertyAudioDataByteCount = fourCC("bcnt");
+/// std::uint32_t: bytes that no packet exceeds.
+inline constexpr AudioFilePropertyID kAudioFilePropertyPacketSizeUpperBound = fourCC("pkub");
+
+enum class AudioFilePermissions : std::int8_t { read = 1 };
+
+/// Where a packet of a varying format lies in the buffer that was read into.
+struct AudioStreamPacketDescription {
+    std::int64_t mStartOffset = 0;              // bytes
+    std::uint32_t mVariableFramesInPacket = 0;  // 0: as the format says
+    std::uint32_t mDataByteSize = 0;
+};
+
+/// Opens the file at `path`; `typeHint` is ignored. Folders, pipes and devices are refused without
+/// waiting for them. On failure *file is null.
+OSStatus AudioFileOpenURL(const std::string& path, AudioFilePermissions permissions,
+                          std::uint32_t typeHint, AudioFileID* file);
+
+/// *ioSize: room, then bytes written.
+OSStatus AudioFileGetProperty(AudioFileID file, AudioFilePropertyID property, std::uint32_t* ioSize,
+                              void* data);
+
+/// Reads *ioPackets packets from `startingPacket`; *ioPackets becomes those read, fewer at the end,
+/// and *outBytes their bytes. `descriptions` may be null. Reading on from where the last call ended
+/// is quick. `useCache` is ignored: the system's own cache serves.
+OSStatus AudioFileReadPackets(AudioFileID file, bool useCache, std::uint32_t* outBytes,
+                              AudioStreamPacketDescription* descriptions,
+                              std::int64_t startingPacket, std::uint32_t* ioPackets, void* buffer);
+
+/// Reads *ioBytes bytes of audio data from byte `startingByte`, both rounded down to whole packets;
+/// *ioBytes becomes those read. kAudioFileEndOfFileError when there were fewer.
+OSStatus AudioFileReadBytes(AudioFileID file, bool useCache, std::int64_t startingByte,
+                            std::uint32_t* ioBytes, void* buffer);
+
+OSStatus AudioFileClose(AudioFileID file);
+
+/// What to tell the user about a status of this service or of the converter, as the end of a
+/// sentence that names the file: "is a folder".
+const char* audioFileProblem(OSStatus status);

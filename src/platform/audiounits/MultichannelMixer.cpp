@@ -1,0 +1,172 @@
+#include "audiounits/MultichannelMixer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "audiounits/PropertyValue.h"
+#include "audiounits/devices/AudioDevice.h"
+#include "log/Log.h"
+
+namespace {
+constexpr std::uint32_t kMaximumBuses = 1024;
+}
+
+struct MultichannelMixer::Workspace {
+    StreamScratch scratch{kMaximumDeviceFrames};
+    std::array<std::array<float, kMaximumDeviceFrames>, 2> sums;
+    std::array<float, kMaximumDeviceFrames> channel;
+};
+
+OSStatus MultichannelMixer::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
+                                        AudioUnitElement element, const void* data,
+                                        std::uint32_t size) {
+    if (property == kAudioUnitProperty_StreamFormat)
+        return setFormat(scope, element, data, size);
+    if (property == kAudioUnitProperty_ElementCount) {
+        std::uint32_t count = 0;
+        if (const OSStatus wrong = PropertyValue::read(data, size, count))
+            return wrong;
+        if (scope != kAudioUnitScope_Input)
+            return kAudioUnitErr_PropertyNotWritable;
+        if (count > kMaximumBuses)
+            return kAudioUnitErr_InvalidPropertyValue;
+        m_inputs.setCount(count);
+        return noErr;
+    }
+    if (scope != kAudioUnitScope_Input)
+        return property == kAudioUnitProperty_MakeConnection ||
+                       property == kAudioUnitProperty_SetRenderCallback
+                   ? kAudioUnitErr_InvalidScope
+                   : kAudioUnitErr_InvalidProperty;
+    return m_inputs.setProperty(property, element, data, size);
+}
+
+OSStatus MultichannelMixer::setFormat(AudioUnitScope scope, AudioUnitElement element,
+                                      const void* data, std::uint32_t size) {
+    StreamDescription format;
+    if (const OSStatus wrong = PropertyValue::read(data, size, format))
+        return wrong;
+    if (!StreamConversion::supports(format) || format.mSampleRate != kGraphRate)
+        return kAudioUnitErr_FormatNotSupported;
+    if (scope == kAudioUnitScope_Input)
+        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, element, data, size);
+    if (scope != kAudioUnitScope_Output)
+        return kAudioUnitErr_InvalidScope;
+    if (element != 0)
+        return kAudioUnitErr_InvalidElement;
+    m_output = format;
+    return noErr;
+}
+
+OSStatus MultichannelMixer::propertyInfo(AudioUnitPropertyID property, AudioUnitScope,
+                                         AudioUnitElement, std::uint32_t* size) {
+    if (property == kAudioUnitProperty_StreamFormat)
+        *size = sizeof(StreamDescription);
+    else if (property == kAudioUnitProperty_ElementCount)
+        *size = sizeof(std::uint32_t);
+    else
+        return kAudioUnitErr_InvalidProperty;
+    return noErr;
+}
+
+OSStatus MultichannelMixer::property(AudioUnitPropertyID property, AudioUnitScope scope,
+                                     AudioUnitElement element, void* data, std::uint32_t* size) {
+    const bool input = scope == kAudioUnitScope_Input;
+    if (!input && scope != kAudioUnitScope_Output)
+        return kAudioUnitErr_InvalidScope;
+    const auto& buses = m_inputs.table();
+    const std::uint32_t count = input ? static_cast<std::uint32_t>(buses.size()) : 1;
+    if (property == kAudioUnitProperty_ElementCount)
+        return PropertyValue::write(count, data, size);
+    if (property != kAudioUnitProperty_StreamFormat)
+        return kAudioUnitErr_InvalidProperty;
+    if (element >= count)
+        return kAudioUnitErr_InvalidElement;
+    return PropertyValue::write(input ? buses[element].format : m_output, data, size);
+}
+
+OSStatus MultichannelMixer::initialise() {
+    m_workspace = std::make_shared<Workspace>();
+    return noErr;
+}
+
+OSStatus MultichannelMixer::uninitialise() {
+    m_workspace.reset();
+    return noErr;
+}
+
+OSStatus MultichannelMixer::render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
+                                   std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
+    if (!m_workspace)
+        return kAudioUnitErr_Uninitialized;
+    if (bus != 0)
+        return kAudioUnitErr_InvalidElement;
+    if (frames > kMaximumDeviceFrames)
+        return kAudioUnitErr_TooManyFramesToProcess;
+    const auto& buses = m_inputs.table();
+    if (!passThrough(buses, flags, time, frames, data))
+        mix(buses, flags, time, frames, data);
+    return noErr;
+}
+
+bool MultichannelMixer::passThrough(const InputBuses::Table& buses,
+                                    AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
+                                    std::uint32_t frames, AudioBufferList* data) const noexcept {
+    const auto connected = [](const InputBus& bus) { return bus.connected(); };
+    const auto only = std::ranges::find_if(buses, connected);
+    if (only == buses.end() || std::ranges::count_if(buses, connected) != 1)
+        return false;
+    if (only->format != m_output || m_output != StreamDescription::sint16(1))
+        return false;
+    const auto element = static_cast<AudioUnitElement>(only - buses.begin());
+    *flags &= ~kAudioUnitRenderAction_OutputIsSilence;
+    const OSStatus status = only->pull(flags, time, element, frames, data);
+    if (status != noErr) {
+        Log::status(status);
+        StreamConversion::clear(*data, m_output, frames);
+        *flags |= kAudioUnitRenderAction_OutputIsSilence;
+    }
+    return true;
+}
+
+void MultichannelMixer::mix(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
+                            const AudioTimeStamp* time, std::uint32_t frames,
+                            AudioBufferList* data) noexcept {
+    auto& sums = m_workspace->sums;
+    for (auto& sum : sums)
+        std::fill_n(sum.begin(), frames, 0.f);
+    bool heard = false;
+    for (AudioUnitElement element = 0; element < buses.size(); ++element) {
+        if (buses[element].connected())
+            heard |= addBus(buses[element], element, time, frames);
+    }
+    if (m_output.mChannelsPerFrame == 1) {
+        for (std::uint32_t i = 0; i < frames; ++i)
+            sums[0][i] = (sums[0][i] + sums[1][i]) * 0.5f;
+    }
+    for (std::uint32_t channel = 0; channel < m_output.mChannelsPerFrame; ++channel)
+        StreamConversion::write({sums[channel].data(), frames}, m_output, channel, *data);
+    if (heard)
+        *flags &= ~kAudioUnitRenderAction_OutputIsSilence;
+    else
+        *flags |= kAudioUnitRenderAction_OutputIsSilence;
+}
+
+bool MultichannelMixer::addBus(const InputBus& bus, AudioUnitElement element,
+                               const AudioTimeStamp* time, std::uint32_t frames) noexcept {
+    AudioUnitRenderActionFlags flags = 0;
+    AudioBufferList pulled = m_workspace->scratch.list(bus.format, frames);
+    if (const OSStatus status = bus.pull(&flags, time, element, frames, &pulled)) {
+        Log::status(status);
+        return false;
+    }
+    if (flags & kAudioUnitRenderAction_OutputIsSilence)
+        return false;
+    auto& channel = m_workspace->channel;
+    for (std::uint32_t c = 0; c < 2; ++c) {
+        StreamConversion::read(pulled, bus.format, c, {channel.data(), frames});
+        for (std::uint32_t i = 0; i < frames; ++i)
+            m_workspace->sums[c][i] += channel[i];
+    }
+    return true;
+}

@@ -1,0 +1,189 @@
+#include "midi/MidiFile.h"
+
+#include "midi/MidiBytes.h"
+#include "storage/WholeFile.h"
+
+namespace {
+
+constexpr std::uint32_t kHeaderChunk = 0x4D546864;  // "MThd"
+constexpr std::uint32_t kTrackChunk = 0x4D54726B;   // "MTrk"
+constexpr std::uint8_t kMetaEndOfTrack = 0x2F;
+constexpr std::uint8_t kMetaTempo = 0x51;
+
+/// Reads one track chunk, front to back.
+class TrackParser {
+  public:
+    explicit TrackParser(MidiBytes bytes) : m_bytes(bytes) {}
+
+    std::vector<MidiFileEvent> parse() {
+        while (!m_ended) {
+            if (m_bytes.atEnd())
+                MidiBytes::refuse(m_bytes.offset(), "a track without its End of Track");
+            m_tick += m_bytes.quantity();
+            readEvent();
+        }
+        return std::move(m_events);
+    }
+
+  private:
+    void readEvent() {
+        const std::uint8_t first = m_bytes.peek();
+        if (first == 0xFF)
+            readMeta();
+        else if (first == 0xF0 || first == 0xF7)
+            skipExclusive();
+        else if (first > 0xF0)
+            skipSystemMessage();
+        else
+            readChannelMessage();
+    }
+
+    void readChannelMessage() {
+        if (m_bytes.peek() >= 0x80)
+            m_runningStatus = m_bytes.byte();
+        else if (m_runningStatus == 0)
+            MidiBytes::refuse(m_bytes.offset(), "a data byte without a status before it");
+        const int message = m_runningStatus & 0xF0;
+        const std::uint8_t first = m_bytes.data();
+        if (message == 0xC0 || message == 0xD0)  // program, channel pressure: one data byte
+            return;
+        const std::uint8_t second = m_bytes.data();
+        if (message == 0x90)
+            add({m_tick, MidiFileEvent::Kind::noteOn, first, second});
+        else if (message == 0x80)
+            add({m_tick, MidiFileEvent::Kind::noteOff, first, second});
+    }
+
+    void readMeta() {
+        m_bytes.byte();
+        const std::uint8_t type = m_bytes.byte();
+        const std::uint64_t lengthOffset = m_bytes.offset();
+        const std::uint32_t length = m_bytes.quantity();
+        MidiBytes content = m_bytes.take(length, lengthOffset, "meta event");
+        if (type == kMetaTempo)
+            readTempo(content, lengthOffset);
+        if (type == kMetaEndOfTrack) {
+            add({m_tick, MidiFileEvent::Kind::endOfTrack});
+            m_ended = true;
+        }
+    }
+
+    void readTempo(MidiBytes content, std::uint64_t lengthOffset) {
+        if (content.left() != 3)
+            MidiBytes::refuse(lengthOffset, "a tempo that is not three bytes long");
+        add({m_tick, MidiFileEvent::Kind::tempo, 0, 0, content.number(3)});
+    }
+
+    void skipExclusive() {
+        m_bytes.byte();
+        const std::uint64_t lengthOffset = m_bytes.offset();
+        const std::uint32_t length = m_bytes.quantity();
+        m_bytes.take(length, lengthOffset, "exclusive message");
+    }
+
+    /// These belong on a wire and not into a file, but what they hold is known.
+    void skipSystemMessage() {
+        const std::uint8_t status = m_bytes.byte();
+        const int dataBytes = status == 0xF2 ? 2 : status == 0xF1 || status == 0xF3 ? 1 : 0;
+        for (int i = 0; i < dataBytes; ++i)
+            m_bytes.data();
+    }
+
+    void add(const MidiFileEvent& event) { m_events.push_back(event); }
+
+    MidiBytes m_bytes;
+    std::uint64_t m_tick = 0;  // a sum of 28-bit deltas of at least a byte each: cannot overflow
+    std::uint8_t m_runningStatus = 0;
+    bool m_ended = false;
+    std::vector<MidiFileEvent> m_events;
+};
+
+MidiDivision timeCodeDivision(std::uint32_t division, std::uint64_t offset) {
+    const std::uint32_t ticks = division & 0xFF;
+    switch (0x100 - (division >> 8)) {
+        case 24:
+            return {true, ticks, 24, 1};
+        case 25:
+            return {true, ticks, 25, 1};
+        case 29:
+            return {true, ticks, 30000, 1001};
+        case 30:
+            return {true, ticks, 30, 1};
+        default:
+            MidiBytes::refuse(offset, "a division with an unknown frame rate");
+    }
+}
+
+MidiDivision readDivision(MidiBytes& header) {
+    const std::uint64_t offset = header.offset();
+    const std::uint32_t division = header.number(2);
+    const MidiDivision read =
+        division < 0x8000 ? MidiDivision{false, division} : timeCodeDivision(division, offset);
+    if (read.ticks == 0)
+        MidiBytes::refuse(offset, "a division of 0");
+    return read;
+}
+
+/// The type and the content of the next chunk.
+struct Chunk {
+    std::uint32_t type;
+    MidiBytes content;
+};
+
+Chunk nextChunk(MidiBytes& file) {
+    const std::uint32_t type = file.number(4);
+    const std::uint64_t lengthOffset = file.offset();
+    const std::uint32_t length = file.number(4);
+    return {type, file.take(length, lengthOffset, type == kTrackChunk ? "track" : "chunk")};
+}
+
+/// The header's content is longer in files of later versions: what follows is skipped.
+std::uint32_t readHeader(MidiBytes& file, MidiFile& result) {
+    if (file.left() < 4 || MidiBytes(file).number(4) != kHeaderChunk)
+        MidiBytes::refuse(0, "no MIDI file (it does not begin with MThd)");
+    MidiBytes header = nextChunk(file).content;
+    if (header.left() < 6)
+        MidiBytes::refuse(4, "a header of less than six bytes");
+    result.format = static_cast<int>(header.number(2));
+    if (result.format > 2)
+        MidiBytes::refuse(8, "unknown format " + std::to_string(result.format));
+    const std::uint32_t tracks = header.number(2);
+    result.division = readDivision(header);
+    return tracks;
+}
+
+MidiFile parseFile(MidiBytes file) {
+    MidiFile result;
+    const std::uint32_t declared = readHeader(file, result);
+    while (result.tracks.size() < declared) {
+        if (file.atEnd())
+            MidiBytes::refuse(file.offset(), std::to_string(declared) + " tracks declared but " +
+                                                 std::to_string(result.tracks.size()) + " there");
+        const Chunk chunk = nextChunk(file);
+        if (chunk.type == kTrackChunk)
+            result.tracks.push_back(TrackParser(chunk.content).parse());
+    }
+    return result;
+}
+
+}  // namespace
+
+std::optional<MidiFile> MidiFile::parse(std::span<const std::uint8_t> bytes, MidiFileError& error) {
+    try {
+        return parseFile(MidiBytes(bytes, 0, "file"));
+    } catch (MidiFileError& refused) {
+        error = std::move(refused);
+        return std::nullopt;
+    }
+}
+
+std::optional<MidiFile> MidiFile::read(const std::string& path, std::string& error) {
+    const auto bytes = readWholeFile(path, kMaximumBytes, error);
+    if (!bytes)
+        return std::nullopt;
+    MidiFileError refused;
+    auto file = parse(*bytes, refused);
+    if (!file)
+        error = path + ": broken at byte " + std::to_string(refused.offset) + ": " + refused.reason;
+    return file;
+}

@@ -1,0 +1,189 @@
+#include "WaveLoader.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <limits>
+
+#include "PacketSource.h"
+#include "SampleWidening.h"
+#include "log/Log.h"
+
+namespace {
+
+constexpr double kLongestSeconds = 20 * 60;
+constexpr double kLargestBytes = 512.0 * 1024 * 1024;  // of samples, once converted
+constexpr double kLowestRate = 1000;                   // frames per second
+constexpr double kHighestRate = 1e6;
+constexpr std::uint32_t kFillFrames = 16384;
+constexpr std::size_t kFirstFloats = std::size_t{1} << 18;
+
+[[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...) {
+    std::array<char, 256> line;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(line.data(), line.size(), format, arguments);
+    va_end(arguments);
+    return line.data();
+}
+
+}  // namespace
+
+WaveLoader::WaveLoader(VornAudioFile& file, Shared<float>& progress)
+    : m_file(file), m_progress(progress) {}
+
+LoadedSound WaveLoader::load() {
+    checkFormat();
+    if (failed())
+        return std::move(m_sound);
+    m_claimed = m_file.packetCount();
+    checkLength(static_cast<double>(m_claimed));
+    if (failed())
+        return std::move(m_sound);
+    const std::uint32_t k = m_sound.channels;
+    m_progressWeight = static_cast<double>(k) * static_cast<double>(m_claimed) + 1.0;
+    if (m_format == StreamDescription::float32(k))
+        readStraight(sizeof(float));
+    else if (m_format == StreamDescription::sint16(k))
+        readStraight(sizeof(std::int16_t));
+    else if (m_format == StreamDescription::float32(m_format.mChannelsPerFrame))
+        convert(StreamDescription::float32(k));
+    else
+        convert(StreamDescription::sint16(k));
+    finish();
+    return std::move(m_sound);
+}
+
+void WaveLoader::checkFormat() {
+    if (m_file.status() != noErr) {
+        m_sound.problem = audioFileProblem(m_file.status());
+        return;
+    }
+    m_file.dataFormat(&m_format);
+    const double rate = m_format.mSampleRate;
+    if (!(rate >= kLowestRate && rate <= kHighestRate))
+        m_sound.problem = text("has a sample rate of %.0f Hz; %.0f to %.0f can be played", rate,
+                               kLowestRate, kHighestRate);
+    else if (m_format.mChannelsPerFrame == 0 || m_file.packetSize() == 0)
+        m_sound.problem = audioFileProblem(kAudioFileInvalidFileError);
+    m_sound.channels = std::min(m_format.mChannelsPerFrame, 2u);
+}
+
+double WaveLoader::framesAfter(double sourceFrames) const {
+    return sourceFrames / m_format.mSampleRate * kGraphRate;
+}
+
+void WaveLoader::checkLength(double sourceFrames) {
+    const double frames = framesAfter(sourceFrames);
+    if (frames > kLongestSeconds * kGraphRate)
+        m_sound.problem = "is longer than 20 minutes, which is the limit";
+    else if (frames * m_sound.channels * sizeof(float) > kLargestBytes)
+        m_sound.problem = "needs more than 512 MiB of memory, which is the limit";
+}
+
+bool WaveLoader::makeRoom(std::uint64_t bytes) {
+    const std::size_t floats = (bytes + sizeof(float) - 1) / sizeof(float);
+    if (floats <= m_sound.samples.size() && m_sound.samples)
+        return true;
+    const std::size_t grown = std::max({floats, 2 * m_sound.samples.size(), kFirstFloats});
+    if (!m_sound.samples.resize(grown))
+        m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
+    return !failed();
+}
+
+void WaveLoader::readStraight(std::uint32_t sampleBytes) {
+    const std::uint32_t k = m_sound.channels;
+    // No more than the file really has, and within the limit.
+    std::uint32_t bytes = static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(m_file.byteCount(), std::uint64_t{sampleBytes} * k * m_claimed));
+    if (!m_sound.samples.resize(bytes / sampleBytes)) {
+        m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
+        return;
+    }
+    m_file.ReadIntoBuffer(m_sound.samples.data(), &bytes);
+    m_read = bytes / sampleBytes / k;
+    const std::size_t count = m_read * k;
+    if (sampleBytes == sizeof(float))
+        silenceNonFinite(m_sound.samples.data(), count);
+    else
+        widenSixteenBits(m_sound.samples.data(), count, 0.9 / (m_progressWeight + 1.0), m_progress);
+    m_sound.samples.resize(count);
+    m_sound.frames = static_cast<std::uint32_t>(m_read);
+}
+
+void WaveLoader::convert(const StreamDescription& stated) {
+    StreamDescription target = stated;
+    if (m_sound.channels == 1 && !target.isFloat())
+        target.mFormatFlags |= kAudioFormatFlagIsNonInterleaved;
+    AudioConverterRef converter = nullptr;
+    if (const OSStatus status = AudioConverterNew(&m_format, &target, &converter)) {
+        Log::status(status);
+        m_sound.problem = audioFileProblem(status);
+        return;
+    }
+    const double share = m_sound.channels * std::trunc(framesAfter(static_cast<double>(m_claimed)));
+    m_progressWeight += share;
+    PacketSource source(m_file,
+                        m_claimed ? share / static_cast<double>(m_claimed) / m_progressWeight : 0.0,
+                        m_progress);
+    const bool converted = fill(source, converter, target);
+    Log::status(AudioConverterDispose(converter));
+    m_progress = static_cast<float>(share / m_progressWeight);
+    if (converted && !target.isFloat())
+        widenSixteenBits(m_sound.samples.data(), std::size_t{m_sound.frames} * m_sound.channels,
+                         0.9 / (m_progressWeight + 1.0), m_progress);
+}
+
+bool WaveLoader::fill(PacketSource& source, AudioConverterRef converter,
+                      const StreamDescription& target) {
+    std::uint64_t converted = 0;
+    for (bool more = true; more && !failed();) {
+        if (!makeRoom((converted + kFillFrames) * target.mBytesPerFrame))
+            break;
+        auto* place =
+            reinterpret_cast<char*>(m_sound.samples.data()) + converted * target.mBytesPerFrame;
+        std::uint32_t frames = kFillFrames;
+        AudioBufferList output =
+            AudioBufferList::single(place, m_sound.channels, kFillFrames * target.mBytesPerFrame);
+        const OSStatus status = AudioConverterFillComplexBuffer(converter, PacketSource::supply,
+                                                                &source, &frames, &output, nullptr);
+        if (status != noErr) {
+            Log::line("Conversion error %lx - %ld", static_cast<long>(status) & 0xffffffffL,
+                      static_cast<long>(status));
+            m_sound.problem = audioFileProblem(status);
+        }
+        converted += frames;
+        more = frames == kFillFrames;
+        checkLength(static_cast<double>(source.packetsRead()));
+    }
+    if (!failed())
+        settle(source.packetsRead());
+    return !failed();
+}
+
+/// Pads with zeros or cuts to the length that belongs to the frames that were read.
+void WaveLoader::settle(std::uint64_t sourceFrames) {
+    m_read = sourceFrames;
+    m_sound.frames = static_cast<std::uint32_t>(framesAfter(static_cast<double>(sourceFrames)));
+    if (!m_sound.samples.resize(std::size_t{m_sound.frames} * m_sound.channels))
+        m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
+}
+
+void WaveLoader::finish() {
+    if (!failed() && m_sound.frames == 0)
+        m_sound.problem = "has no sound in it (0 frames)";
+    if (failed()) {
+        m_sound.samples = SampleMemory();
+        m_sound.frames = 0;
+        return;
+    }
+    m_sound.samples.faultIn();
+    // The lengths that compressed files state may be out by a few blocks of their codec.
+    const double slack = m_file.variablePackets() ? 8192 : 0;
+    if (static_cast<double>(m_read) + slack < static_cast<double>(m_claimed))
+        m_sound.notice = text("ends early: %.2f s of %.2f s are there and will play",
+                              static_cast<double>(m_read) / m_format.mSampleRate,
+                              static_cast<double>(m_claimed) / m_format.mSampleRate);
+}
