@@ -1,5 +1,7 @@
 #include "PlayingTest.h"
 
+#include <gmock/gmock.h>
+
 #include <chrono>
 #include <thread>
 
@@ -9,6 +11,7 @@ void PlayingTest::play(const std::string& device, bool capture) {
     std::string error;
     ASSERT_TRUE(AudioDevices::choose(device, error)) << error;
     m_client = std::make_unique<ToneClient>();
+    m_watch = std::make_unique<RenderWatch>();
     ASSERT_EQ(AudioDevices::current()->start(*m_client, capture), noErr);
 }
 
@@ -20,6 +23,11 @@ void PlayingTest::stop() {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(m_client->produced(), produced) << "asked for frames after stop";
     EXPECT_EQ(m_client->faults(), 0u);
+    EXPECT_THAT(m_watch->violations(), testing::IsEmpty());
+    if (RenderWatch::working()) {
+        EXPECT_GT(m_watch->renders(), 0u);
+    }
+    m_watch.reset();
     m_client.reset();
 }
 

@@ -5,10 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "RenderWatch.h"
 #include "Tone.h"
 #include "ToneClient.h"
 
-/// Plays the tone through a device that is chosen by name, as the program does.
+/// Plays the tone through a device that is chosen by name, as the program does, and checks that no
+/// render takes memory or a lock or calls the system.
 class PlayingTest : public testing::Test {
   protected:
     void play(const std::string& device, bool capture = false);
@@ -24,4 +26,5 @@ class PlayingTest : public testing::Test {
 
   private:
     std::unique_ptr<ToneClient> m_client;
+    std::unique_ptr<RenderWatch> m_watch;
 };

@@ -7,10 +7,12 @@
 #include <mutex>
 #include <thread>
 
+#include "audiounits/devices/AlsaDevice.h"
 #include "audiounits/devices/ClockDevice.h"
 #include "audiounits/devices/DeviceName.h"
 #include "audiounits/devices/DeviceSupervisor.h"
 #include "audiounits/devices/JackDevice.h"
+#include "audiounits/devices/PulseDevice.h"
 #include "audiounits/devices/RealTimePriority.h"
 
 namespace {
@@ -47,6 +49,12 @@ std::shared_ptr<AudioDevice> supervised(const DeviceName& name, const std::strin
     };
     if (wanted(Backend::jack))
         choice.devices.push_back(makeJack);
+    if (wanted(Backend::pulse))
+        choice.devices.push_back(
+            [sink = name.device] { return std::make_shared<PulseDevice>(sink, preferredPeriod); });
+    if (wanted(Backend::alsa))
+        choice.devices.push_back(
+            [pcm = name.device] { return std::make_shared<AlsaDevice>(pcm, preferredPeriod); });
     choice.clock = makeClock;
     choice.name = text;
     choice.absence =
@@ -73,6 +81,11 @@ List listClock() {
     return {info};
 }
 
+// Of ALSA only its own default is played to without being asked for: "null" always works.
+bool wouldBeChosen(const AudioDeviceInfo& info) {
+    return !info.name.starts_with("alsa:") || info.name == "alsa:default";
+}
+
 }  // namespace
 
 bool AudioDevices::choose(const std::string& name, std::string& error) {
@@ -97,7 +110,8 @@ std::shared_ptr<AudioDevice> AudioDevices::current() {
 
 std::vector<AudioDeviceInfo> AudioDevices::list() {
     const auto deadline = std::chrono::steady_clock::now() + kListPatience;
-    std::future<List> answers[] = {listAside(JackDevice::list), listAside(listClock)};
+    std::future<List> answers[] = {listAside(JackDevice::list), listAside(PulseDevice::list),
+                                   listAside(AlsaDevice::list), listAside(listClock)};
     List all;
     for (std::future<List>& answer : answers) {
         if (answer.wait_until(deadline) != std::future_status::ready)
@@ -105,8 +119,12 @@ std::vector<AudioDeviceInfo> AudioDevices::list() {
         const List some = answer.get();
         all.insert(all.end(), some.begin(), some.end());
     }
-    if (!all.empty())
-        all.front().isDefault = true;
+    // Back ends whose threads are ours are granted what the clock's is.
+    for (AudioDeviceInfo& info : all)
+        info.realTime = info.name == "jack" ? info.realTime : all.back().realTime;
+    const auto standard = std::ranges::find_if(all, wouldBeChosen);
+    if (standard != all.end())
+        standard->isDefault = true;
     return all;
 }
 
