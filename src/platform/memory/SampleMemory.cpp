@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr std::size_t kLargeBytes = std::size_t{8} << 20;
+
 std::size_t pageBytes() {
     static const auto bytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     return bytes;
@@ -51,6 +53,8 @@ bool SampleMemory::resize(std::size_t floats) noexcept {
         if (memory == MAP_FAILED)
             return false;
         m_data = static_cast<float*>(memory);
+        if (newBytes >= kLargeBytes)
+            madvise(m_data, newBytes, MADV_HUGEPAGE);  // a wish: fewer faults while loading
     }
     // The rest of the last page may hold what was cut off.
     if (floats < m_floats)
