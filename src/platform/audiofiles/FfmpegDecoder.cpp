@@ -32,6 +32,7 @@ FfmpegDecoder::~FfmpegDecoder() {
     if (m_io)
         m_ffmpeg.av_freep(&m_io->buffer);
     m_ffmpeg.avio_context_free(&m_io);
+    releaseDecodePages();
 }
 
 std::unique_ptr<FfmpegDecoder> FfmpegDecoder::open(int descriptor, OSStatus* status) {
