@@ -61,7 +61,7 @@ OSStatus FfmpegDecoder::openFormat() {
     m_format->codec_whitelist = m_ffmpeg.av_strdup(kCodecs);
     m_format->protocol_whitelist = m_ffmpeg.av_strdup("");
     if (m_ffmpeg.avformat_open_input(&m_format, "", nullptr, nullptr) < 0)
-        return kAudioFileUnsupportedFileTypeError;
+        return kAudioFileInvalidFileError;
     if (m_ffmpeg.avformat_find_stream_info(m_format, nullptr) < 0)
         return kAudioFileInvalidFileError;
     const int index =
@@ -88,6 +88,13 @@ OSStatus FfmpegDecoder::openCodec() {
     m_packet = m_ffmpeg.av_packet_alloc();
     m_frame = m_ffmpeg.av_frame_alloc();
     return m_packet && m_frame ? noErr : kAudioFileOutOfMemoryError;
+}
+
+std::uint32_t FfmpegDecoder::pcmBits() const {
+    const AVCodecID id = codec();
+    const bool coded = id < AV_CODEC_ID_PCM_S16LE || id >= AV_CODEC_ID_ADPCM_IMA_QT ||
+                       id == AV_CODEC_ID_PCM_MULAW || id == AV_CODEC_ID_PCM_ALAW;
+    return coded ? 0 : static_cast<std::uint32_t>(m_ffmpeg.av_get_bits_per_sample(id));
 }
 
 std::uint64_t FfmpegDecoder::statedFrames(int rate) const {

@@ -19,6 +19,8 @@ class FfmpegDecoder {
     const AVFrame& frame() const { return *m_frame; }
 
     AVCodecID codec() const { return m_codec->codec_id; }
+    /// Bits of a sample in the file, of linear PCM; 0 for everything else.
+    std::uint32_t pcmBits() const;
     /// Of the stream as its container states it, at `rate` frames per second; 0 when it does not.
     std::uint64_t statedFrames(int rate) const;
 

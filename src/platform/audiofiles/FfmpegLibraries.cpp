@@ -65,6 +65,7 @@ std::optional<DecodeFunctions> findDecodeFunctions() {
     OMBRIX_FIND(avcodec, av_packet_alloc);
     OMBRIX_FIND(avcodec, av_packet_free);
     OMBRIX_FIND(avcodec, av_packet_unref);
+    OMBRIX_FIND(avcodec, av_get_bits_per_sample);
     OMBRIX_FIND(avcodec, avcodec_find_decoder);
     OMBRIX_FIND(avcodec, avcodec_alloc_context3);
     OMBRIX_FIND(avcodec, avcodec_parameters_to_context);

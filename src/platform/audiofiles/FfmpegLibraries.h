@@ -31,6 +31,7 @@ struct DecodeFunctions {
     decltype(&::av_packet_alloc) av_packet_alloc;
     decltype(&::av_packet_free) av_packet_free;
     decltype(&::av_packet_unref) av_packet_unref;
+    decltype(&::av_get_bits_per_sample) av_get_bits_per_sample;
     decltype(&::avcodec_find_decoder) avcodec_find_decoder;
     decltype(&::avcodec_alloc_context3) avcodec_alloc_context3;
     decltype(&::avcodec_parameters_to_context) avcodec_parameters_to_context;

@@ -1,5 +1,7 @@
 #include "audiofiles/FfmpegReader.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -7,6 +9,7 @@
 
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/CafPacketTable.h"
+#include "audiofiles/PcmClaim.h"
 
 namespace {
 
@@ -136,6 +139,26 @@ void FfmpegReader::describe() {
         m_end = m_claimedFrames = table->validFrames;
     }
     m_expectedFrames = m_claimedFrames;
+    if (m_decoder->pcmBits() > 0)
+        describePcm();
+}
+
+void FfmpegReader::describePcm() {
+    const std::uint32_t fileFrameBytes = m_decoder->pcmBits() * m_format.mChannelsPerFrame / 8;
+    struct stat info {};
+    if (fstat(m_file.get(), &info) != 0 || fileFrameBytes == 0)
+        return;
+    m_end = kNoEnd;
+    if (const auto claim = readPcmClaim(m_file.get()); claim.bytes)
+        m_claimedFrames = *claim.bytes / fileFrameBytes;
+    m_expectedFrames =
+        std::min(m_claimedFrames, static_cast<std::uint64_t>(info.st_size) / fileFrameBytes);
+    // What the codec hands on as it stands is plain PCM, and may be taken as that.
+    const AVCodecID codec = m_decoder->codec();
+    if (codec == AV_CODEC_ID_PCM_S16LE || codec == AV_CODEC_ID_PCM_F32LE) {
+        m_format.mFormatID = kAudioFormatLinearPCM;
+        m_format.mBytesPerPacket = frameBytes();
+    }
 }
 
 /// Makes the decoder's next frame ready. False at the end.

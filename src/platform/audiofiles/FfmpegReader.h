@@ -6,7 +6,8 @@
 #include "audiofiles/FileHandle.h"
 #include "audiofiles/SoundReader.h"
 
-/// Files that the FFmpeg libraries decode: AAC and ALAC in M4A, CAF or bare frames, and their kin.
+/// Files that the FFmpeg libraries decode: AAC and ALAC in M4A, CAF or bare frames, and their kin;
+/// linear PCM in containers too broken for others, a CAF file cut short for one.
 /// The libraries see the bytes of this one file only: demuxers and codecs are picked from a short
 /// list, and nothing in the file can make them open another.
 ///
@@ -22,6 +23,7 @@ class FfmpegReader : public SoundReader {
     explicit FfmpegReader(FileHandle file) : m_file(std::move(file)) {}
     OSStatus start();
     void describe();
+    void describePcm();
     bool decodeOn();
     bool skip(std::uint64_t frames);
     std::uint32_t take(std::uint64_t frames, std::byte* into);

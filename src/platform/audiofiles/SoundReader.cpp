@@ -108,7 +108,12 @@ std::unique_ptr<SoundReader> openSoundReader(const std::string& path, OSStatus* 
     if (knownToSndfile(head))
         if (auto reader = SndfileReader::open(file.get(), status))
             return reader;
-    if (knownToFfmpeg(head))
-        return FfmpegReader::open(std::move(file), status);
-    return nullptr;
+    if (!knownToFfmpeg(head))
+        return nullptr;
+    OSStatus second = noErr;
+    auto reader = FfmpegReader::open(std::move(file), &second);
+    // Where both refuse, the one that knew the kind of file tells more.
+    if (*status == kAudioFileUnsupportedFileTypeError || second != kAudioFileInvalidFileError)
+        *status = second;
+    return reader;
 }
