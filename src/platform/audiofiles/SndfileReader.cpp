@@ -95,7 +95,9 @@ std::unique_ptr<SoundReader> SndfileReader::open(int descriptor, OSStatus* statu
         reader->m_claimedFrames = std::max(
             {frames, claim.bytes.value_or(0) / reader->frameBytes(), claim.frames.value_or(0)});
     } else {
-        reader->m_format = decodedFormat(codecID(info.format), info.samplerate, channels);
+        // Codecs of up to 24 bits: floats hold them.
+        reader->m_format = decodedFormat(codecID(info.format), info.samplerate, channels, 32,
+                                         kAudioFormatFlagIsFloat);
         reader->m_decodes = true;
     }
     return reader;
@@ -120,7 +122,7 @@ std::uint32_t SndfileReader::read(std::uint64_t at, std::uint32_t frames, std::b
 std::uint32_t SndfileReader::readOn(std::uint32_t frames, std::byte* into) {
     if (m_decodes)
         return static_cast<std::uint32_t>(std::max<sf_count_t>(
-            sf_readf_double(m_file, reinterpret_cast<double*>(into), frames), 0));
+            sf_readf_float(m_file, reinterpret_cast<float*>(into), frames), 0));
     // Whole frames only: the library gives nothing at all when asked for part of one.
     const auto bytes = static_cast<sf_count_t>(frames) * frameBytes();
     return static_cast<std::uint32_t>(std::max<sf_count_t>(sf_read_raw(m_file, into, bytes), 0) /

@@ -80,16 +80,17 @@ bool knownToFfmpeg(std::string_view head) {
 }  // namespace
 
 StreamDescription SoundReader::decodedFormat(std::uint32_t formatID, double rate,
-                                             std::uint32_t channels) {
+                                             std::uint32_t channels, std::uint32_t bits,
+                                             std::uint32_t flags) {
     StreamDescription format;
     format.mSampleRate = rate;
     format.mFormatID = formatID;
-    format.mFormatFlags = kAudioFormatFlagIsFloat | kAudioFormatFlagIsPacked;
+    format.mFormatFlags = flags | kAudioFormatFlagIsPacked;
     format.mBytesPerPacket = 0;
     format.mFramesPerPacket = 1;
-    format.mBytesPerFrame = 8 * channels;
+    format.mBytesPerFrame = bits / 8 * channels;
     format.mChannelsPerFrame = channels;
-    format.mBitsPerChannel = 64;
+    format.mBitsPerChannel = bits;
     return format;
 }
 
@@ -107,7 +108,12 @@ std::unique_ptr<SoundReader> openSoundReader(const std::string& path, OSStatus* 
     if (knownToSndfile(head))
         if (auto reader = SndfileReader::open(file.get(), status))
             return reader;
-    if (knownToFfmpeg(head))
-        return FfmpegReader::open(std::move(file), status);
-    return nullptr;
+    if (!knownToFfmpeg(head))
+        return nullptr;
+    OSStatus second = noErr;
+    auto reader = FfmpegReader::open(std::move(file), &second);
+    // Where both refuse, the one that knew the kind of file tells more.
+    if (*status == kAudioFileUnsupportedFileTypeError || second != kAudioFileInvalidFileError)
+        *status = second;
+    return reader;
 }
