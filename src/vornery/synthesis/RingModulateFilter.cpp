@@ -21,6 +21,8 @@ float phaseStep(float frequency) {
 // One turn at a time is what is wanted. A phase so far out that turns do not change it any more
 // goes back to 0, and so does one that is not a number.
 float wrapped(float phase) {
+    if (phase >= 0.f && phase < kTurnOver)
+        return phase;
     while (phase > kTurn) {
         const auto next = static_cast<float>(phase - kTurn);
         if (!(next < phase))

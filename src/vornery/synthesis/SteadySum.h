@@ -18,6 +18,9 @@ inline constexpr std::uint32_t kShortestSteadySum = 8;
 
 /// How the sum goes on from `p` while it is below `limit`, for `most` values at most.
 inline SteadySum steadySum(float p, float step, float limit, std::uint32_t most) {
+    // A power of two further on there is room for few values only while the step is not small.
+    if (!(p >= step * kShortestSteadySum) || !(step > 0.f) || most < kShortestSteadySum)
+        return {0.f, 0};
     constexpr std::uint32_t kExponent = 0x7f800000;
     const std::uint32_t bits = std::bit_cast<std::uint32_t>(p) & kExponent;
     const float nextPower = std::bit_cast<float>(bits + 0x00800000);
@@ -25,8 +28,7 @@ inline SteadySum steadySum(float p, float step, float limit, std::uint32_t most)
     const float second = p + step;
     const float third = second + step;
     const float advance = second - p;
-    if (most < kShortestSteadySum || bits == 0 || !(p > 0.f) || !(step > 0.f) || !(third < end) ||
-        third - second != advance)
+    if (bits == 0 || !(third < end) || third - second != advance)
         return {0.f, 0};
     if (advance == 0.f)
         return {0.f, most};
