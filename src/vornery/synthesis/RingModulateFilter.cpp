@@ -36,13 +36,13 @@ float wrapped(float phase) {
 // phase and how it goes on.
 template <typename Write>
 float runPhase(float phase, float step, std::uint32_t frames, Write write) {
+    const SteadyStep steadyStep(step);
     for (std::uint32_t k = 0; k < frames;) {
-        SteadySum steady = steadySum(phase, step, kTurnOver, frames - k);
+        SteadySum steady = steadyStep.from(phase, kTurnOver, frames - k);
         steady.count = std::max(steady.count, 1u);
         write(k, phase, steady);
-        const float last = phase + static_cast<float>(steady.count - 1) * steady.advance;
         k += steady.count;
-        phase = wrapped(last + step);
+        phase = wrapped(steady.last(phase) + step);
     }
     return phase;
 }
@@ -54,7 +54,7 @@ float modulate(float* samples, std::uint32_t frames, float phase, float step, fl
     float phases[kBlock] = {};
     float modulator[kBlock];
     phase = runPhase(phase, step, frames, [&](std::uint32_t k, float from, const SteadySum& sum) {
-        writeSteadySum(from, sum, phases + k);
+        sum.write(from, phases + k);
     });
     if (usual)
         sines(phases, modulator, frames);
