@@ -51,11 +51,12 @@ struct HeadBlock {
 struct Voice {
     const float* samples;
     std::uint32_t count;
-    float length;      // `count` as a float; above 2^24 it may be a little more
-    float lastSample;  // from here on a position may need the first sample
-    float grain;       // grain length in clock units
-    float ratio;       // pitch
-    float speed;       // grain speed with its direction
+    float length;            // `count` as a float; above 2^24 it may be a little more
+    float lastSample;        // from here on a position may need the first sample
+    float grain;             // grain length in clock units
+    float ratio;             // pitch
+    SteadyStep steady{0.f};  // of the ratio
+    float speed;             // grain speed with its direction
     float preamp;
     float gain;
     float wobbleStep;  // of the modulation's phase, radians a frame
@@ -150,6 +151,7 @@ Voice takeUp(const GrainNoteData& note, const GrainSound& sound) {
     voice.lastSample = std::nextafter(voice.length, 0.f) - 1.f;
     voice.grain = size * kLargestGrain + (1.f - size) * kSmallestGrain;
     voice.ratio = note.frequency / 440.f;
+    voice.steady = SteadyStep(voice.ratio);
     voice.speed = speedOf(note);
     voice.preamp = note.preamp;
     voice.gain = note.gain;
@@ -184,8 +186,8 @@ std::uint32_t runClock(Voice& voice, float* clocks, std::uint32_t most) {
     float clock = voice.clock + step;
     std::uint32_t k = 0;
     while (k < most && clock / voice.grain <= 1.f) {
-        const SteadySum steady = steadySum(clock, step, over, most - k);
-        writeSteadySum(clock, steady, clocks + k);
+        const SteadySum steady = voice.steady.from(clock, over, most - k);
+        steady.write(clock, clocks + k);
         k += steady.count;
         if (steady.count == 0)
             clocks[k++] = clock;
@@ -200,8 +202,8 @@ float runHead(const Voice& voice, float position, HeadBlock& block, std::uint32_
     float* positions = block.positions;
     bool nearEnd = false;
     for (std::uint32_t k = 0; k < frames;) {
-        const SteadySum steady = steadySum(position, voice.ratio, voice.length, frames - k);
-        writeSteadySum(position, steady, positions + k);
+        const SteadySum steady = voice.steady.from(position, voice.length, frames - k);
+        steady.write(position, positions + k);
         k += steady.count;
         if (steady.count == 0)
             positions[k++] = position;

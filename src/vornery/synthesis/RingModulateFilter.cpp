@@ -21,6 +21,8 @@ float phaseStep(float frequency) {
 // One turn at a time is what is wanted. A phase so far out that turns do not change it any more
 // goes back to 0, and so does one that is not a number.
 float wrapped(float phase) {
+    if (phase >= 0.f && phase < kTurnOver)
+        return phase;
     while (phase > kTurn) {
         const auto next = static_cast<float>(phase - kTurn);
         if (!(next < phase))
@@ -34,13 +36,13 @@ float wrapped(float phase) {
 // phase and how it goes on.
 template <typename Write>
 float runPhase(float phase, float step, std::uint32_t frames, Write write) {
+    const SteadyStep steadyStep(step);
     for (std::uint32_t k = 0; k < frames;) {
-        SteadySum steady = steadySum(phase, step, kTurnOver, frames - k);
+        SteadySum steady = steadyStep.from(phase, kTurnOver, frames - k);
         steady.count = std::max(steady.count, 1u);
         write(k, phase, steady);
-        const float last = phase + static_cast<float>(steady.count - 1) * steady.advance;
         k += steady.count;
-        phase = wrapped(last + step);
+        phase = wrapped(steady.last(phase) + step);
     }
     return phase;
 }
@@ -52,7 +54,7 @@ float modulate(float* samples, std::uint32_t frames, float phase, float step, fl
     float phases[kBlock] = {};
     float modulator[kBlock];
     phase = runPhase(phase, step, frames, [&](std::uint32_t k, float from, const SteadySum& sum) {
-        writeSteadySum(from, sum, phases + k);
+        sum.write(from, phases + k);
     });
     if (usual)
         sines(phases, modulator, frames);

@@ -1,5 +1,7 @@
 #include "SineLoop.h"
 
+#include "WideForms.h"
+
 namespace {
 
 // Reduction to quarter turns and polynomials in double precision, as S. Nagy and W. Dijkstra do it
@@ -12,7 +14,8 @@ constexpr double kCosine[] = {-0x1.ffffffd0c621cp-2, 0x1.55553e1068f19p-5, -0x1.
 
 }  // namespace
 
-void sines(const float* phases, float* out, std::uint32_t count) noexcept {
+OMBRIX_WIDE_FORMS
+void sines(const float* __restrict phases, float* __restrict out, std::uint32_t count) noexcept {
     const auto n = static_cast<std::int32_t>(count);
     for (std::int32_t k = 0; k < n; ++k) {
         const double phase = phases[k];
