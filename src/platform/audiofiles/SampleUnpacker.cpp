@@ -29,7 +29,7 @@ Word load(const std::byte* at) {
 }
 
 template <typename Real>
-Real finite(Real value) {
+Real finiteOrZero(Real value) {
     return std::abs(value) <= std::numeric_limits<Real>::max() ? value : Real(0);
 }
 
@@ -74,7 +74,7 @@ struct Integer32 {
 template <typename Real, typename Float, typename Word, bool Swap>
 struct Floating {
     static Real read(const std::byte* at) {
-        return finite(static_cast<Real>(std::bit_cast<Float>(load<Word, Swap>(at))));
+        return finiteOrZero(static_cast<Real>(std::bit_cast<Float>(load<Word, Swap>(at))));
     }
 };
 
@@ -199,7 +199,7 @@ void SampleUnpacker<Real>::fold(const std::byte* packed, std::uint32_t first, st
             out[i] += m_channel[i];
     }
     for (std::uint32_t i = 0; i < frames; ++i)
-        out[i] = finite(out[i] / static_cast<Real>(count));
+        out[i] = finiteOrZero(out[i] / static_cast<Real>(count));
 }
 
 template class SampleUnpacker<float>;

@@ -29,7 +29,7 @@ constexpr PcmKind kPcmKinds[] = {
 /// Null for what has to be decoded.
 const PcmKind* pcmKind(const SF_INFO& info) {
     const int container = info.format & SF_FORMAT_TYPEMASK;
-    if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG || container == SF_FORMAT_MPEG)
+    if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG)
         return nullptr;
     const int subtype = info.format & SF_FORMAT_SUBMASK;
     const auto* kind = std::ranges::find(kPcmKinds, subtype, &PcmKind::subtype);
@@ -57,8 +57,6 @@ std::uint32_t codecID(int format) {
             return fourCC("flac");
         case SF_FORMAT_OGG:
             return fourCC("ogg ");
-        case SF_FORMAT_MPEG:
-            return fourCC(".mp3");
         default:
             return (format & SF_FORMAT_SUBMASK) == SF_FORMAT_ULAW   ? fourCC("ulaw")
                    : (format & SF_FORMAT_SUBMASK) == SF_FORMAT_ALAW ? fourCC("alaw")

@@ -58,18 +58,15 @@ bool startsWithOneOf(std::string_view text, std::initializer_list<std::string_vi
     return false;
 }
 
-// MPEG audio frames start with eleven set bits; the layer bits are 0 in AAC's framing only.
+// MPEG audio and AAC frames start with eleven set bits.
 bool isFrameSync(std::string_view head) {
     return static_cast<unsigned char>(head[0]) == 0xff && (head[1] & 0xe0) == 0xe0;
 }
-bool isAdts(std::string_view head) {
-    return isFrameSync(head) && (head[1] & 0x06) == 0;
-}
 
+// Not MP3, which it reads too: its decoder writes notes about damaged files to stderr.
 bool knownToSndfile(std::string_view head) {
-    return startsWithOneOf(head, {"RIFF", "RIFX", "RF64", "riff", "FORM", "caff", "fLaC", "OggS",
-                                  ".snd", "ID3"}) ||
-           (isFrameSync(head) && !isAdts(head));
+    return startsWithOneOf(
+        head, {"RIFF", "RIFX", "RF64", "riff", "FORM", "caff", "fLaC", "OggS", ".snd"});
 }
 
 bool knownToFfmpeg(std::string_view head) {
