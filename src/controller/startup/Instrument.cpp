@@ -115,6 +115,8 @@ void Instrument::silence() {
     m_notes.releaseAll();
     for (const auto& envelope : m_voices.envelopes)
         envelope->untriggerFinished();
+    m_resonanceUnit.silence();
+    m_delayUnit.silence();
 }
 
 float Instrument::parameter(ParameterId id) const {

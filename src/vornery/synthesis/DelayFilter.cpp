@@ -53,6 +53,9 @@ OSStatus DelayFilter::render(void* context, AudioUnitRenderActionFlags* flags,
                              AudioBufferList* data) {
     auto& unit = *static_cast<DelayFilter*>(context);
     const DelayLine::Loop loop = unit.m_line.enter();
+    if (unit.m_line.silenceIfWanted(loop)) {
+        unit.m_steady.forget();
+    }
     const float feedback = unit.m_data.feedback;
     const bool silent = pullUpstream(unit, flags, time, frames, data);
     if (loop.length == 0) {

@@ -21,6 +21,8 @@ class DelayFilter : public VornCallbackUnit {
     void setFeedback(float gain) { m_data.feedback = gain; }
     /// Frees delay lines that were outgrown. [control]
     void collect() { m_line.collect(); }
+    /// The next render begins with nothing left of what came before. [any thread]
+    void silence() noexcept { m_line.silence(); }
 
     EchoData* data() { return &m_data; }
 

@@ -23,7 +23,9 @@ __attribute__((no_sanitize("thread"))) void copySamples(const float* from, std::
 }  // namespace
 
 DelayLine::DelayLine(DelayLineData& data, float seconds)
-    : m_data(data), m_buffer(std::make_unique<float[]>(framesOf(seconds))) {
+    : m_data(data),
+      m_buffer(std::make_unique<float[]>(framesOf(seconds))),
+      m_capacity(framesOf(seconds)) {
     m_data.buffer = m_buffer.get();
     m_data.length = framesOf(seconds);
 }
@@ -43,7 +45,9 @@ void DelayLine::setDelay(float seconds) {
 }
 
 void DelayLine::grow(std::uint32_t length) {
-    auto buffer = std::make_unique<float[]>(length);
+    // At least as large as any before it: a render may hold a length from before the last shrink.
+    m_capacity = std::max(m_capacity, length);
+    auto buffer = std::make_unique<float[]>(m_capacity);
     copySamples(m_buffer.get(), m_data.length, buffer.get());
     m_data.buffer.store(buffer.get(), std::memory_order_release);
     m_buffer.swap(buffer);
@@ -66,4 +70,12 @@ DelayLine::Loop DelayLine::enter() const noexcept {
 void DelayLine::leave(std::uint32_t position) noexcept {
     m_data.position = position;
     m_renders.fetch_add(1, std::memory_order_release);
+}
+
+bool DelayLine::silenceIfWanted(const Loop& loop) noexcept {
+    if (!m_silenceWanted.load(std::memory_order_relaxed))
+        return false;
+    m_silenceWanted.store(false, std::memory_order_relaxed);
+    std::fill_n(loop.buffer, loop.length, 0.f);
+    return true;
 }

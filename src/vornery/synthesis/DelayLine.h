@@ -30,6 +30,8 @@ class DelayLine {
     void setDelay(float seconds);
     /// Frees outgrown buffers that no render can be in any more. [control]
     void collect();
+    /// The next render begins with an empty line. [any thread]
+    void silence() noexcept { m_silenceWanted.store(true, std::memory_order_relaxed); }
 
     /// What a render works on; position is below length. [render]
     struct Loop {
@@ -43,6 +45,8 @@ class DelayLine {
     };
     Loop enter() const noexcept;
     void leave(std::uint32_t position) noexcept;
+    /// Empties the line if that was asked for; true if it was. [render]
+    bool silenceIfWanted(const Loop& loop) noexcept;
 
   private:
     struct Outgrown {
@@ -53,6 +57,8 @@ class DelayLine {
 
     DelayLineData& m_data;
     std::unique_ptr<float[]> m_buffer;
+    std::uint32_t m_capacity;  // of m_buffer; never falls
     std::vector<Outgrown> m_outgrown;
     std::atomic<std::uint32_t> m_renders{0};  // ended
+    std::atomic<bool> m_silenceWanted{false};
 };

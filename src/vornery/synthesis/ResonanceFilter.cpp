@@ -80,6 +80,11 @@ OSStatus ResonanceFilter::render(void* context, AudioUnitRenderActionFlags* flag
                                  AudioBufferList* data) {
     auto& unit = *static_cast<ResonanceFilter*>(context);
     const DelayLine::Loop loop = unit.m_line.enter();
+    if (unit.m_line.silenceIfWanted(loop)) {
+        unit.m_data.state1 = 0.f;
+        unit.m_data.state2 = 0.f;
+        unit.m_steady.forget();
+    }
     const bool silent = pullUpstream(unit, flags, time, frames, data);
     if (loop.length == 0) {
         unit.m_line.leave(0);

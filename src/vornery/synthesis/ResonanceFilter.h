@@ -32,6 +32,8 @@ class ResonanceFilter : public VornCallbackUnit {
     void setDelay(float seconds) { m_line.setDelay(seconds); }
     /// Frees delay lines that were outgrown. [control]
     void collect() { m_line.collect(); }
+    /// The next render begins with nothing left of what came before. [any thread]
+    void silence() noexcept { m_line.silence(); }
 
     ResonanceData* data() { return &m_data; }
 
