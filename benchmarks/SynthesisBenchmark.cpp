@@ -52,6 +52,37 @@ void wholeGraph(benchmark::State& state, Settings settings) {
     countFrames(state);
 }
 
+void effects(benchmark::State& state) {
+    Graph graph(nullptr, {.sounding = false, .effects = true});
+    bench::Noise noise;
+    graph.ring.setUpstreamUnit(noise);
+    const auto frames = static_cast<std::uint32_t>(state.range(0));
+    std::vector<float> out(frames);
+    RenderScope scope;
+    for (auto _ : state) {
+        graph.render(graph.echo, out.data(), frames, frames * kSlice);
+        benchmark::DoNotOptimize(out.data());
+    }
+    countFrames(state);
+}
+
+void plainEffects(benchmark::State& state) {
+    const bench::Noise noise;
+    bench::PlainChain plain;
+    const auto frames = static_cast<std::uint32_t>(state.range(0));
+    std::vector<float> out(frames);
+    RenderScope scope;
+    for (auto _ : state) {
+        std::copy_n(noise.samples(), frames, out.data());
+        plain.render(out.data(), frames);
+        benchmark::DoNotOptimize(out.data());
+    }
+    countFrames(state);
+}
+
+BENCHMARK(effects)->Arg(64)->Arg(512)->Arg(8192);
+BENCHMARK(plainEffects)->Arg(512);
+
 const Settings kPlainNotes{};
 const Settings kModulated{.fmFrequency = 0.01f};
 const Settings kIdle{.sounding = false};

@@ -137,6 +137,13 @@ TEST(PropertyList, readsAndWritesAlikeInEveryLocale) {
     std::setlocale(LC_ALL, "C");
 }
 
+TEST(PropertyList, readsDatesThatAreNoLocalTime) {
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);  // leaps over 02:30 on that day
+    const PropertyListValue date = valueOf("<date>2026-03-29T02:30:00Z</date>");
+    EXPECT_EQ(date, PropertyListValue(PropertyListDate{1774751400. - 978307200.}));
+    EXPECT_THAT(written(date), HasSubstr("2026-03-29T02:30:00Z"));
+}
+
 TEST(PropertyList, refusesWithTheLine) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "line 3: an empty property list"},

@@ -96,7 +96,7 @@ TEST(OverdriveDistortionFilter, followsItsModelFromTheSmallestToTheLargest) {
         unit.setStrength(plain.strength = dice.between(0.f, 1.f));
         source.samples.resize(512);
         for (float& x : source.samples)
-            x = std::ldexp(dice.between(-1.f, 1.f), dice.below(150) - 125);
+            x = std::ldexp(dice.between(0.5f, 1.f), dice.below(150) - 125) * dice.of({-1.f, 1.f});
         std::vector<float> wanted = source.samples;
         inRender([&] { plain.render(wanted.data(), 512); });
         ASSERT_TRUE(withinOneStep(renderUnit<float>(unit, 512), wanted)) << plain.strength;

@@ -1,6 +1,8 @@
 #include "audiofiles/AudioConverter.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <type_traits>
@@ -21,18 +23,18 @@ constexpr std::uint32_t kFramesAtATime = 4096;
 /// To nearest even, saturated. Adding and taking away 1.5 x 2^(mantissa bits) rounds to whole
 /// numbers and, unlike a call of the library, is done for many samples at once.
 template <typename Real>
-std::int16_t sixteenBits(Real sample) {
+std::int32_t roundedTo16(Real sample) {
     constexpr Real kRounder =
         std::is_same_v<Real, float> ? Real(12582912.0) : Real(6755399441055744.0);
     Real scaled = sample * Real(32768);
     scaled = scaled == scaled ? scaled : Real(0);
     scaled = std::min(std::max(scaled, Real(-32768)), Real(32767));
-    return static_cast<std::int16_t>(static_cast<std::int32_t>((scaled + kRounder) - kRounder));
+    return static_cast<std::int32_t>((scaled + kRounder) - kRounder);
 }
 
 template <typename Real>
 void store(Real sample, std::int16_t& out) {
-    out = sixteenBits(sample);
+    out = static_cast<std::int16_t>(roundedTo16(sample));
 }
 template <typename Real>
 void store(Real sample, float& out) {
@@ -40,24 +42,40 @@ void store(Real sample, float& out) {
 }
 
 template <typename Real, typename Sample>
-void interleave(const std::vector<Real>* planes, std::uint32_t channels, std::uint32_t from,
-                std::uint32_t frames, Sample* out) {
-    for (std::uint32_t c = 0; c < channels; ++c) {
-        const Real* plane = planes[c].data() + from;
-        for (std::uint32_t i = 0; i < frames; ++i)
-            store(plane[i], out[i * channels + c]);
+void copyOut(const Real* plane, std::uint32_t frames, Sample* out) {
+    for (std::uint32_t i = 0; i < frames; ++i)
+        store(plane[i], out[i]);
+}
+
+template <typename Real, typename Sample>
+void interleave(const Real* left, const Real* right, std::uint32_t frames, Sample* out) {
+    for (std::uint32_t i = 0; i < frames; ++i) {
+        store(left[i], out[2 * i]);
+        store(right[i], out[2 * i + 1]);
     }
 }
 
-/// Real is float when the rate changes, else double.
+/// Frame by frame as one word: the compiler then does many at once.
+template <typename Real>
+void interleave(const Real* left, const Real* right, std::uint32_t frames, std::int16_t* out) {
+    constexpr int kSecond = std::endian::native == std::endian::little ? 16 : 0;
+    for (std::uint32_t i = 0; i < frames; ++i) {
+        const auto first = static_cast<std::uint32_t>(roundedTo16(left[i])) & 0xffffu;
+        const auto second = static_cast<std::uint32_t>(roundedTo16(right[i])) & 0xffffu;
+        const std::uint32_t pair = first << (16 - kSecond) | second << kSecond;
+        std::memcpy(out + 2 * i, &pair, sizeof(pair));
+    }
+}
+
+/// Real is double where floats could not hold every step before the rounding.
 template <typename Real>
 class Conversion : public OpaqueAudioConverter {
   public:
-    static constexpr bool kResamples = std::is_same_v<Real, float>;
+    static constexpr bool kCanResample = std::is_same_v<Real, float>;
 
     Conversion(const StreamDescription& source, const StreamDescription& target)
         : m_unpacker(source), m_sourceFrameBytes(source.mBytesPerFrame), m_target(target) {
-        if constexpr (kResamples)
+        if (source.mSampleRate != target.mSampleRate)
             m_resampler.emplace(static_cast<int>(source.mSampleRate),
                                 static_cast<int>(target.mSampleRate),
                                 static_cast<int>(target.mChannelsPerFrame));
@@ -97,8 +115,8 @@ class Conversion : public OpaqueAudioConverter {
             m_inputEnded = frames == 0;
             take(input.samples<const std::byte>(), frames);
         }
-        if constexpr (kResamples)
-            if (m_ready == 0)
+        if constexpr (kCanResample)
+            if (m_ready == 0 && m_resampler)
                 m_ready = m_resampler->flush(m_planes);
         return noErr;
     }
@@ -106,25 +124,31 @@ class Conversion : public OpaqueAudioConverter {
     void take(const std::byte* packed, std::uint32_t frames) {
         if (frames == 0)
             return;
-        if constexpr (kResamples) {
-            m_unpacker.unpack(packed, frames, m_unpacked);
-            m_ready = m_resampler->process(m_unpacked, frames, m_planes);
-        } else {
-            m_unpacker.unpack(packed, frames, m_planes);
-            m_ready = frames;
-        }
+        if constexpr (kCanResample)
+            if (m_resampler) {
+                m_unpacker.unpack(packed, frames, m_unpacked);
+                m_ready = m_resampler->process(m_unpacked, frames, m_planes);
+                return;
+            }
+        m_unpacker.unpack(packed, frames, m_planes);
+        m_ready = frames;
     }
 
     void emit(std::uint32_t frames, AudioBuffer& output, std::uint32_t done) {
-        const std::uint32_t channels = m_target.mChannelsPerFrame;
-        const std::size_t offset = std::size_t{done} * channels;
         if (m_target.isFloat())
-            interleave(m_planes, channels, m_at, frames,
-                       static_cast<float*>(output.mData) + offset);
+            emitTo(static_cast<float*>(output.mData), frames, done);
         else
-            interleave(m_planes, channels, m_at, frames,
-                       static_cast<std::int16_t*>(output.mData) + offset);
+            emitTo(static_cast<std::int16_t*>(output.mData), frames, done);
         m_at += frames;
+    }
+
+    template <typename Sample>
+    void emitTo(Sample* out, std::uint32_t frames, std::uint32_t done) {
+        if (m_target.mChannelsPerFrame == 2)
+            interleave(m_planes[0].data() + m_at, m_planes[1].data() + m_at, frames,
+                       out + std::size_t{done} * 2);
+        else
+            copyOut(m_planes[0].data() + m_at, frames, out + done);
     }
 
     SampleUnpacker<Real> m_unpacker;
@@ -145,6 +169,13 @@ bool isTarget(const StreamDescription& target, std::uint32_t sourceChannels) {
            (target.mFormatFlags & kAudioFormatFlagIsBigEndian) == 0 &&
            target.mBytesPerFrame == bits / 8 * target.mChannelsPerFrame &&
            target.mChannelsPerFrame == std::min(sourceChannels, 2u);
+}
+
+/// Floats hold integers of up to 24 bits; the resampler works with floats anyway.
+bool needsDouble(const StreamDescription& source, const StreamDescription& target) {
+    const std::uint32_t exactBits = source.isFloat() ? 32 : 24;
+    return source.mSampleRate == target.mSampleRate &&
+           (source.mBitsPerChannel > exactBits || source.mChannelsPerFrame > 2);
 }
 
 bool isRate(double rate) {
@@ -172,9 +203,8 @@ OSStatus AudioConverterNew(const StreamDescription* source, const StreamDescript
     if (!SampleUnpacker<double>::supports(*source) || !isTarget(*target, source->mChannelsPerFrame))
         return kAudioConverterErr_FormatNotSupported;
     try {
-        return source->mSampleRate == target->mSampleRate
-                   ? makeConversion<double>(*source, *target, converter)
-                   : makeConversion<float>(*source, *target, converter);
+        return needsDouble(*source, *target) ? makeConversion<double>(*source, *target, converter)
+                                             : makeConversion<float>(*source, *target, converter);
     } catch (...) {
         return kAudioFileOutOfMemoryError;
     }

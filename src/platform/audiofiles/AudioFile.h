@@ -11,8 +11,8 @@
 /// Files are recognised by their content, never by their name. Linear PCM is handed out as it
 /// stands in the file: a packet is a frame. Every other kind is decoded on the way: its format
 /// keeps the identifier of the codec and says 0 bytes per packet, since packets in the file vary;
-/// what is read is still one frame a packet, of interleaved native 64-bit floats in [-1, 1]
-/// (integers of w bits count as value / 2^(w - 1)), encoder delay and padding cut off.
+/// what is read is still one frame a packet, interleaved native samples as the codec makes them
+/// (bits and flags say which), encoder delay and padding cut off.
 
 struct OpaqueAudioFile;
 using AudioFileID = OpaqueAudioFile*;

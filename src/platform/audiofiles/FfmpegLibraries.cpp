@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "audiofiles/LibraryPages.h"
+
 namespace {
 
 /// One library of the version that the headers describe.
@@ -39,7 +41,14 @@ std::optional<ResampleFunctions> findResampleFunctions() {
     return complete ? std::optional(table) : std::nullopt;
 }
 
+/// Made just before the decoding libraries are opened.
+const LibraryPages& libraryPages() {
+    static const auto* pages = new LibraryPages;
+    return *pages;
+}
+
 std::optional<DecodeFunctions> findDecodeFunctions() {
+    libraryPages();
     const Library avutil("libavutil", LIBAVUTIL_VERSION_MAJOR);
     const Library avcodec("libavcodec", LIBAVCODEC_VERSION_MAJOR);
     const Library avformat("libavformat", LIBAVFORMAT_VERSION_MAJOR);
@@ -56,6 +65,7 @@ std::optional<DecodeFunctions> findDecodeFunctions() {
     OMBRIX_FIND(avcodec, av_packet_alloc);
     OMBRIX_FIND(avcodec, av_packet_free);
     OMBRIX_FIND(avcodec, av_packet_unref);
+    OMBRIX_FIND(avcodec, av_get_bits_per_sample);
     OMBRIX_FIND(avcodec, avcodec_find_decoder);
     OMBRIX_FIND(avcodec, avcodec_alloc_context3);
     OMBRIX_FIND(avcodec, avcodec_parameters_to_context);
@@ -73,6 +83,7 @@ std::optional<DecodeFunctions> findDecodeFunctions() {
     OMBRIX_FIND(avformat, av_read_frame);
     if (!complete)
         return std::nullopt;
+    releaseDecodePages();
     table.av_log_set_level(AV_LOG_QUIET);  // damaged files are reported by us, in one line
     return table;
 }
@@ -89,4 +100,8 @@ const ResampleFunctions* resampleFunctions() {
 const DecodeFunctions* decodeFunctions() {
     static const auto table = findDecodeFunctions();
     return table ? &*table : nullptr;
+}
+
+void releaseDecodePages() {
+    libraryPages().releaseNew();
 }

@@ -1,46 +1,18 @@
 #include "audiofiles/PcmClaim.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <cstddef>
-#include <string_view>
+#include "audiofiles/ChunkHeader.h"
 
 namespace {
 
-constexpr int kMostChunks = 4096;  // real files have a dozen
 constexpr std::uint32_t kLeftOpen = 0xffffffff;
 
-/// A few bytes of the file, read as numbers; zeros past the end.
-class Header {
-  public:
-    Header(int descriptor, std::uint64_t at) {
-        m_whole = pread(descriptor, m_bytes.data(), m_bytes.size(), static_cast<off_t>(at)) >= 8;
-    }
-    bool whole() const { return m_whole; }
-    bool is(std::string_view id, std::size_t at = 0) const {
-        return std::string_view(m_bytes.data() + at, 4) == id;
-    }
-    std::uint64_t number(std::size_t at, std::size_t width, bool bigEndian) const {
-        std::uint64_t value = 0;
-        for (std::size_t i = 0; i < width; ++i)
-            value = value << 8 |
-                    static_cast<unsigned char>(m_bytes[at + (bigEndian ? i : width - 1 - i)]);
-        return value;
-    }
-
-  private:
-    std::array<char, 24> m_bytes{};
-    bool m_whole;
-};
-
-PcmClaim claimOfRiff(int file, const Header& head) {
+PcmClaim claimOfRiff(int file, const ChunkHeader& head) {
     const bool bigEndian = head.is("RIFX");
     const bool openEnd = head.number(4, 4, bigEndian) == kLeftOpen;
     std::optional<std::uint64_t> longSize;
     std::uint64_t at = 12;
     for (int i = 0; i < kMostChunks; ++i) {
-        const Header chunk(file, at);
+        const ChunkHeader chunk(file, at);
         if (!chunk.whole())
             break;
         const std::uint64_t size = chunk.number(4, 4, bigEndian);
@@ -59,7 +31,7 @@ PcmClaim claimOfAiff(int file) {
     PcmClaim claim;
     std::uint64_t at = 12;
     for (int i = 0; i < kMostChunks; ++i) {
-        const Header chunk(file, at);
+        const ChunkHeader chunk(file, at);
         if (!chunk.whole())
             break;
         const std::uint64_t size = chunk.number(4, 4, true);
@@ -75,7 +47,7 @@ PcmClaim claimOfAiff(int file) {
 PcmClaim claimOfCaf(int file) {
     std::uint64_t at = 8;
     for (int i = 0; i < kMostChunks; ++i) {
-        const Header chunk(file, at);
+        const ChunkHeader chunk(file, at);
         const std::uint64_t size = chunk.number(4, 8, true);
         if (chunk.is("data") && size >> 63 == 0)
             return {size < 4 ? 0 : size - 4, {}};
@@ -89,7 +61,7 @@ PcmClaim claimOfCaf(int file) {
 }  // namespace
 
 PcmClaim readPcmClaim(int descriptor) {
-    const Header head(descriptor, 0);
+    const ChunkHeader head(descriptor, 0);
     if (head.is("RIFF") || head.is("RIFX") || head.is("RF64"))
         return claimOfRiff(descriptor, head);
     if (head.is("FORM"))

@@ -29,7 +29,7 @@ constexpr PcmKind kPcmKinds[] = {
 /// Null for what has to be decoded.
 const PcmKind* pcmKind(const SF_INFO& info) {
     const int container = info.format & SF_FORMAT_TYPEMASK;
-    if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG || container == SF_FORMAT_MPEG)
+    if (container == SF_FORMAT_FLAC || container == SF_FORMAT_OGG)
         return nullptr;
     const int subtype = info.format & SF_FORMAT_SUBMASK;
     const auto* kind = std::ranges::find(kPcmKinds, subtype, &PcmKind::subtype);
@@ -57,8 +57,6 @@ std::uint32_t codecID(int format) {
             return fourCC("flac");
         case SF_FORMAT_OGG:
             return fourCC("ogg ");
-        case SF_FORMAT_MPEG:
-            return fourCC(".mp3");
         default:
             return (format & SF_FORMAT_SUBMASK) == SF_FORMAT_ULAW   ? fourCC("ulaw")
                    : (format & SF_FORMAT_SUBMASK) == SF_FORMAT_ALAW ? fourCC("alaw")
@@ -95,7 +93,9 @@ std::unique_ptr<SoundReader> SndfileReader::open(int descriptor, OSStatus* statu
         reader->m_claimedFrames = std::max(
             {frames, claim.bytes.value_or(0) / reader->frameBytes(), claim.frames.value_or(0)});
     } else {
-        reader->m_format = decodedFormat(codecID(info.format), info.samplerate, channels);
+        // Codecs of up to 24 bits: floats hold them.
+        reader->m_format = decodedFormat(codecID(info.format), info.samplerate, channels, 32,
+                                         kAudioFormatFlagIsFloat);
         reader->m_decodes = true;
     }
     return reader;
@@ -120,7 +120,7 @@ std::uint32_t SndfileReader::read(std::uint64_t at, std::uint32_t frames, std::b
 std::uint32_t SndfileReader::readOn(std::uint32_t frames, std::byte* into) {
     if (m_decodes)
         return static_cast<std::uint32_t>(std::max<sf_count_t>(
-            sf_readf_double(m_file, reinterpret_cast<double*>(into), frames), 0));
+            sf_readf_float(m_file, reinterpret_cast<float*>(into), frames), 0));
     // Whole frames only: the library gives nothing at all when asked for part of one.
     const auto bytes = static_cast<sf_count_t>(frames) * frameBytes();
     return static_cast<std::uint32_t>(std::max<sf_count_t>(sf_read_raw(m_file, into, bytes), 0) /

@@ -5,7 +5,7 @@
 struct sf_private_tag;
 
 /// Files that libsndfile reads: linear PCM of any depth and byte order as it stands, and decoded:
-/// FLAC, Ogg, MP3, the older codecs of WAV and AIFF.
+/// FLAC, Ogg, the older codecs of WAV and AIFF.
 class SndfileReader : public SoundReader {
   public:
     /// `descriptor` stays the caller's. Null and *status when libsndfile does not know the file.

@@ -58,18 +58,15 @@ bool startsWithOneOf(std::string_view text, std::initializer_list<std::string_vi
     return false;
 }
 
-// MPEG audio frames start with eleven set bits; the layer bits are 0 in AAC's framing only.
+// MPEG audio and AAC frames start with eleven set bits.
 bool isFrameSync(std::string_view head) {
     return static_cast<unsigned char>(head[0]) == 0xff && (head[1] & 0xe0) == 0xe0;
 }
-bool isAdts(std::string_view head) {
-    return isFrameSync(head) && (head[1] & 0x06) == 0;
-}
 
+// Not MP3, which it reads too: its decoder writes notes about damaged files to stderr.
 bool knownToSndfile(std::string_view head) {
-    return startsWithOneOf(head, {"RIFF", "RIFX", "RF64", "riff", "FORM", "caff", "fLaC", "OggS",
-                                  ".snd", "ID3"}) ||
-           (isFrameSync(head) && !isAdts(head));
+    return startsWithOneOf(
+        head, {"RIFF", "RIFX", "RF64", "riff", "FORM", "caff", "fLaC", "OggS", ".snd"});
 }
 
 bool knownToFfmpeg(std::string_view head) {
@@ -80,16 +77,17 @@ bool knownToFfmpeg(std::string_view head) {
 }  // namespace
 
 StreamDescription SoundReader::decodedFormat(std::uint32_t formatID, double rate,
-                                             std::uint32_t channels) {
+                                             std::uint32_t channels, std::uint32_t bits,
+                                             std::uint32_t flags) {
     StreamDescription format;
     format.mSampleRate = rate;
     format.mFormatID = formatID;
-    format.mFormatFlags = kAudioFormatFlagIsFloat | kAudioFormatFlagIsPacked;
+    format.mFormatFlags = flags | kAudioFormatFlagIsPacked;
     format.mBytesPerPacket = 0;
     format.mFramesPerPacket = 1;
-    format.mBytesPerFrame = 8 * channels;
+    format.mBytesPerFrame = bits / 8 * channels;
     format.mChannelsPerFrame = channels;
-    format.mBitsPerChannel = 64;
+    format.mBitsPerChannel = bits;
     return format;
 }
 
@@ -107,7 +105,12 @@ std::unique_ptr<SoundReader> openSoundReader(const std::string& path, OSStatus* 
     if (knownToSndfile(head))
         if (auto reader = SndfileReader::open(file.get(), status))
             return reader;
-    if (knownToFfmpeg(head))
-        return FfmpegReader::open(std::move(file), status);
-    return nullptr;
+    if (!knownToFfmpeg(head))
+        return nullptr;
+    OSStatus second = noErr;
+    auto reader = FfmpegReader::open(std::move(file), &second);
+    // Where both refuse, the one that knew the kind of file tells more.
+    if (*status == kAudioFileUnsupportedFileTypeError || second != kAudioFileInvalidFileError)
+        *status = second;
+    return reader;
 }

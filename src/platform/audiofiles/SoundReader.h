@@ -24,9 +24,11 @@ class SoundReader {
     std::uint64_t expectedFrames() const { return m_expectedFrames; }
 
   protected:
-    /// Frames of native 64-bit floats, decoded from codec `formatID`.
+    /// Frames decoded from codec `formatID`: native samples of `bits` bits, floats or signed
+    /// integers as `flags` says.
     static StreamDescription decodedFormat(std::uint32_t formatID, double rate,
-                                           std::uint32_t channels);
+                                           std::uint32_t channels, std::uint32_t bits,
+                                           std::uint32_t flags);
 
     StreamDescription m_format;
     std::uint64_t m_claimedFrames = 0;

@@ -1,27 +1,14 @@
 #include <QtCore/QByteArray>
-#include <QtCore/QDateTime>
-#include <QtCore/QTimeZone>
 #include <QtCore/QXmlStreamReader>
-#include <charconv>
-#include <cmath>
 
 #include "propertylists/PropertyList.h"
-#include "propertylists/PropertyListEpoch.h"
+#include "propertylists/PropertyListScalars.h"
 #include "text/CNumber.h"
 
 namespace {
 
-/// Thrown inside the reader only.
-struct Refused {
-    std::string reason;
-};
-
 std::string trimmed(const QString& text) {
     return text.trimmed().toStdString();
-}
-
-std::string quoted(const std::string& text) {
-    return '"' + oneLine(text) + '"';
 }
 
 class Reader {
@@ -44,7 +31,9 @@ class Reader {
     qint64 line() const { return m_xml.lineNumber(); }
 
   private:
-    [[noreturn]] static void refuse(std::string reason) { throw Refused{std::move(reason)}; }
+    [[noreturn]] static void refuse(std::string reason) {
+        throw PropertyListRefusal{std::move(reason)};
+    }
 
     void step() {
         m_xml.readNext();
@@ -88,15 +77,15 @@ class Reader {
         if (type == u"string")
             return text().toStdString();
         if (type == u"integer")
-            return readInteger(trimmed(text()));
+            return PropertyListScalars::integerFrom(trimmed(text()));
         if (type == u"real")
-            return readReal(trimmed(text()));
+            return PropertyListScalars::realFrom(trimmed(text()));
         if (type == u"true" || type == u"false")
             return readBoolean(type == u"true");
         if (type == u"date")
-            return readDate(text().trimmed());
+            return PropertyListScalars::dateFrom(trimmed(text()));
         if (type == u"data")
-            return readData(text());
+            return PropertyListScalars::dataFrom(text().toStdString());
         refuse("unknown value <" + oneLine(type.toStdString()) + ">");
     }
 
@@ -121,46 +110,10 @@ class Reader {
         return array;
     }
 
-    static PropertyListValue readInteger(const std::string& text) {
-        std::int64_t number = 0;
-        const char* first = text.data() + (text.starts_with('+') ? 1 : 0);
-        const char* last = text.data() + text.size();
-        const auto [end, failure] = std::from_chars(first, last, number);
-        if (failure == std::errc::result_out_of_range)
-            refuse("the integer " + quoted(text) + " is too large");
-        if (failure != std::errc() || end != last || text.starts_with("+-"))
-            refuse(quoted(text) + " is not an integer");
-        return number;
-    }
-
-    static PropertyListValue readReal(const std::string& text) {
-        const auto number = numberFromText(text);
-        if (!number)
-            refuse(quoted(text) + " is not a number");
-        return *number;
-    }
-
     PropertyListValue readBoolean(bool value) {
         if (!text().trimmed().isEmpty())
             refuse("text within a boolean");
         return value;
-    }
-
-    static PropertyListValue readDate(const QString& text) {
-        QDateTime date = QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));
-        if (!date.isValid())
-            refuse(quoted(text.toStdString()) + " is not a date such as 2001-01-01T00:00:00Z");
-        date.setTimeZone(QTimeZone::utc());
-        return PropertyListDate{double(date.toSecsSinceEpoch() - kSecondsFrom1970To2001)};
-    }
-
-    static PropertyListValue readData(const QString& text) {
-        const QByteArray written = text.simplified().remove(u' ').toLatin1();
-        const auto decoded =
-            QByteArray::fromBase64Encoding(written, QByteArray::AbortOnBase64DecodingErrors);
-        if (decoded.decodingStatus != QByteArray::Base64DecodingStatus::Ok)
-            refuse("data that is not Base64");
-        return PropertyListValue::Data(decoded.decoded.begin(), decoded.decoded.end());
     }
 
     QXmlStreamReader m_xml;
@@ -183,7 +136,7 @@ std::optional<PropertyListValue> PropertyList::parse(std::span<const std::uint8_
     Reader reader(bytes);
     try {
         return reader.read();
-    } catch (const Refused& refused) {
+    } catch (const PropertyListRefusal& refused) {
         error = "line " + std::to_string(reader.line()) + ": " + refused.reason;
         return std::nullopt;
     }

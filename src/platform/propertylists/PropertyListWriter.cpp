@@ -1,26 +1,11 @@
 #include <QtCore/QByteArray>
-#include <QtCore/QDateTime>
-#include <QtCore/QTimeZone>
 #include <QtCore/QXmlStreamWriter>
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
 
 #include "propertylists/PropertyList.h"
-#include "propertylists/PropertyListEpoch.h"
-#include "text/CNumber.h"
+#include "propertylists/PropertyListScalars.h"
 
 namespace {
-
-/// Thrown inside the writer only.
-struct Refused {
-    std::string reason;
-};
-
-/// The least date is 0001-01-01, the first one too late 10000-01-01.
-constexpr double kFirstSecond = -63113904000.;
-constexpr double kSecondTooLate = 252423993600.;
 
 bool fitsXml(QChar c) {
     return c.unicode() >= 0x20 ? c.unicode() < 0xFFFE : c == u'\t' || c == u'\n' || c == u'\r';
@@ -29,7 +14,7 @@ bool fitsXml(QChar c) {
 QString textOf(const std::string& utf8) {
     QString text = QString::fromStdString(utf8);
     if (text.toStdString() != utf8 || !std::ranges::all_of(text, fitsXml))
-        throw Refused{"text that XML cannot hold: \"" + oneLine(utf8) + '"'};
+        throw PropertyListRefusal{"text that XML cannot hold: " + quoted(utf8)};
     return text;
 }
 
@@ -48,7 +33,8 @@ class Writer {
   private:
     void writeValue(const PropertyListValue& value, int depth) {
         if (depth >= PropertyList::kMaximumDepth && (value.dictionary() || value.array()))
-            throw Refused{"nested deeper than " + std::to_string(PropertyList::kMaximumDepth)};
+            throw PropertyListRefusal{"nested deeper than " +
+                                      std::to_string(PropertyList::kMaximumDepth)};
         if (const auto* dictionary = value.dictionary())
             writeDictionary(*dictionary, depth + 1);
         else if (const auto* array = value.array())
@@ -61,15 +47,15 @@ class Writer {
         if (const auto* text = value.string())
             writeText(QStringLiteral("string"), *text);
         else if (const auto* integer = value.integer())
-            m_xml.writeTextElement(QStringLiteral("integer"), QString::number(*integer));
+            writePlain(QStringLiteral("integer"), std::to_string(*integer));
         else if (const auto* real = value.real())
-            writeReal(*real);
+            writePlain(QStringLiteral("real"), PropertyListScalars::textOf(*real));
         else if (const auto* flag = value.boolean())
             m_xml.writeEmptyElement(*flag ? QStringLiteral("true") : QStringLiteral("false"));
         else if (const auto* date = value.date())
-            writeDate(*date);
+            writePlain(QStringLiteral("date"), PropertyListScalars::textOf(*date));
         else if (const auto* data = value.data())
-            writeData(*data);
+            writePlain(QStringLiteral("data"), PropertyListScalars::textOf(*data));
     }
 
     void writeDictionary(const PropertyListValue::Dictionary& dictionary, int depth) {
@@ -100,28 +86,8 @@ class Writer {
         m_xml.writeEndElement();
     }
 
-    /// The shortest digits that give the same double again.
-    void writeReal(double real) {
-        std::array<char, 32> digits;
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), real).ptr;
-        m_xml.writeTextElement(QStringLiteral("real"),
-                               QString::fromLatin1(digits.data(), end - digits.data()));
-    }
-
-    void writeDate(PropertyListDate date) {
-        if (!(date.seconds >= kFirstSecond && date.seconds < kSecondTooLate))
-            throw Refused{"a date outside the years 1 to 9999"};
-        const auto seconds = static_cast<qint64>(std::floor(date.seconds));
-        const QDateTime utc =
-            QDateTime::fromSecsSinceEpoch(seconds + kSecondsFrom1970To2001, QTimeZone::utc());
-        m_xml.writeTextElement(QStringLiteral("date"),
-                               utc.toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'")));
-    }
-
-    void writeData(const PropertyListValue::Data& data) {
-        const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(data.data()),
-                                                   static_cast<qsizetype>(data.size()));
-        m_xml.writeTextElement(QStringLiteral("data"), QString::fromLatin1(bytes.toBase64()));
+    void writePlain(const QString& element, const std::string& ascii) {
+        m_xml.writeTextElement(element, QString::fromStdString(ascii));
     }
 
     QXmlStreamWriter m_xml;
@@ -133,7 +99,7 @@ std::optional<std::string> PropertyList::toXml(const PropertyListValue& value, s
     QByteArray xml;
     try {
         Writer(&xml).write(value);
-    } catch (const Refused& refused) {
+    } catch (const PropertyListRefusal& refused) {
         error = refused.reason;
         return std::nullopt;
     }

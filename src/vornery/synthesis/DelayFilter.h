@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DelayLine.h"
+#include "SteadyLine.h"
 #include "graph/VornCallbackUnit.h"
 
 struct EchoData : DelayLineData {
@@ -27,7 +28,9 @@ class DelayFilter : public VornCallbackUnit {
     static OSStatus render(void* unit, AudioUnitRenderActionFlags* flags,
                            const AudioTimeStamp* time, std::uint32_t bus, std::uint32_t frames,
                            AudioBufferList* data);
+    bool rest(const DelayLine::Loop& loop, float* samples, std::uint32_t frames) const noexcept;
 
     EchoData m_data;
     DelayLine m_line;
+    SteadyLine m_steady;
 };

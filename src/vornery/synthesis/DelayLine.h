@@ -36,6 +36,10 @@ class DelayLine {
         float* buffer;
         std::uint32_t length;
         std::uint32_t position;
+
+        std::uint32_t positionAfter(std::uint32_t frames) const {
+            return static_cast<std::uint32_t>((std::uint64_t{position} + frames) % length);
+        }
     };
     Loop enter() const noexcept;
     void leave(std::uint32_t position) noexcept;

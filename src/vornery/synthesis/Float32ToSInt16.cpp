@@ -1,37 +1,48 @@
 #include "Float32ToSInt16.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "PullUpstream.h"
-#include "notifications/NotificationCentre.h"
 
 namespace {
 
 constexpr float kFullScale = 32768.f;
-constexpr float kLargest = 32767.f;  // at both ends
+constexpr std::int32_t kInfinity = 0x7f800000;  // bits
+constexpr float kLargest = 32767.f;             // at both ends
 
+// The largest magnitude, not-a-number left out. Magnitudes are in order as integers, too.
 float peakOf(const float* samples, std::uint32_t frames) {
-    float peak = 0.f;
-    for (std::uint32_t k = 0; k < frames; ++k) {
-        const float level = std::fabs(samples[k]);
+    std::int32_t peak = 0;
+    const auto count = static_cast<std::int32_t>(frames);
+    for (std::int32_t k = 0; k < count; ++k) {
+        const std::int32_t level = std::bit_cast<std::int32_t>(samples[k]) & 0x7fffffff;
         peak = level > peak ? level : peak;
     }
-    return peak;
+    if (peak <= kInfinity)
+        return std::bit_cast<float>(peak);
+    float largest = 0.f;
+    for (std::int32_t k = 0; k < count; ++k)
+        if (std::fabs(samples[k]) > largest)
+            largest = std::fabs(samples[k]);
+    return largest;
 }
 
-// Scales by a gain that moves in a straight line, clips and truncates. Returns how many clipped.
-std::uint32_t toIntegers(const float* samples, std::uint32_t frames, float gain, float step,
-                         std::int16_t* out) {
-    std::uint32_t clipped = 0;
-    for (std::uint32_t k = 0; k < frames; ++k) {
+// Scales by a gain that moves in a straight line, clips and truncates. True when a sample clipped.
+bool toIntegers(const float* __restrict samples, std::uint32_t frames, float gain, float step,
+                std::int16_t* __restrict out) {
+    std::int32_t clipped = 0;
+    const auto count = static_cast<std::int32_t>(frames);
+    for (std::int32_t k = 0; k < count; ++k) {
         float scaled = samples[k] * (gain + static_cast<float>(k) * step);
-        clipped += scaled > kLargest || scaled < -kLargest;
+        scaled = scaled == scaled ? scaled : 0.f;
+        clipped |= std::fabs(scaled) > kLargest ? 1 : 0;
         scaled = scaled > kLargest ? kLargest : scaled;
         scaled = scaled < -kLargest ? -kLargest : scaled;
-        out[k] = scaled == scaled ? static_cast<std::int16_t>(static_cast<std::int32_t>(scaled))
-                                  : std::int16_t{0};
+        out[k] = static_cast<std::int16_t>(static_cast<std::int32_t>(scaled));
     }
-    return clipped;
+    return clipped != 0;
 }
 
 }  // namespace
@@ -64,20 +75,24 @@ float Float32ToSInt16::gainAfter(float peak) noexcept {
     return gain;
 }
 
-void Float32ToSInt16::convert(std::uint32_t frames, std::int16_t* out) noexcept {
+void Float32ToSInt16::convert(std::uint32_t frames, bool silent, std::int16_t* out) noexcept {
     const float* samples = m_sourceBuffer.get();
     float gain = kFullScale;
     float step = 0.f;
     if (m_autoGainControl > 0.f) {
         gain = m_internalGainLevel * kFullScale;
-        step =
-            (gainAfter(peakOf(samples, frames)) * kFullScale - gain) / static_cast<float>(frames);
+        const float reached = gainAfter(silent ? 0.f : peakOf(samples, frames)) * kFullScale;
+        step = (reached - gain) / static_cast<float>(frames);
     }
-    if (toIntegers(samples, frames, gain, step, out) == 0)
+    if (silent) {
+        std::fill_n(out, frames, std::int16_t{0});
+        return;
+    }
+    if (!toIntegers(samples, frames, gain, step, out))
         return;
     m_clippiness = 1.f;
     if (m_notifyClipping)
-        NotificationCentre::defaultCentre().post(kAudioClippedNotification);
+        m_notifications.post(kAudioClippedNotification);
 }
 
 OSStatus Float32ToSInt16::render(void* context, AudioUnitRenderActionFlags* flags,
@@ -89,7 +104,7 @@ OSStatus Float32ToSInt16::render(void* context, AudioUnitRenderActionFlags* flag
     unit.m_clippiness = unit.m_clippiness * 0.9f;
     AudioBufferList source = AudioBufferList::single(unit.m_sourceBuffer.get(), 1,
                                                      frames * std::uint32_t{sizeof(float)});
-    pullUpstream(unit, flags, time, frames, &source);
-    unit.convert(frames, data->samples<std::int16_t>());
+    const bool silent = pullUpstream(unit, flags, time, frames, &source);
+    unit.convert(frames, silent, data->samples<std::int16_t>());
     return noErr;
 }

@@ -4,6 +4,7 @@
 
 #include "graph/VornCallbackUnit.h"
 #include "handoff/Shared.h"
+#include "notifications/NotificationCentre.h"
 
 /// Name of the notice of a clip. Posted from the audio thread, without an object.
 inline constexpr const char* kAudioClippedNotification = "com.quaddle.audio.clipped";
@@ -40,7 +41,7 @@ class Float32ToSInt16 : public VornCallbackUnit {
     static OSStatus render(void* unit, AudioUnitRenderActionFlags* flags,
                            const AudioTimeStamp* time, std::uint32_t bus, std::uint32_t frames,
                            AudioBufferList* data);
-    void convert(std::uint32_t frames, std::int16_t* out) noexcept;
+    void convert(std::uint32_t frames, bool silent, std::int16_t* out) noexcept;
     float gainAfter(float peak) noexcept;
 
     std::unique_ptr<float[]> m_sourceBuffer;
@@ -50,4 +51,6 @@ class Float32ToSInt16 : public VornCallbackUnit {
     Shared<float> m_clippiness = 0.f;
     Shared<float> m_internalGainLevel = 1.f;
     Shared<bool> m_notifyClipping = false;
+    // Made here, on the main thread: the first to ask for the centre makes it.
+    NotificationCentre& m_notifications = NotificationCentre::defaultCentre();
 };

@@ -5,6 +5,21 @@
 #include "PullUpstream.h"
 #include "audiounits/AudioUnit.h"
 
+namespace {
+
+void add(float* __restrict sum, const float* __restrict addend, std::uint32_t frames) {
+    for (std::uint32_t k = 0; k < frames; ++k)
+        sum[k] += addend[k];
+}
+
+// All that added zeros could have changed: -0 becomes 0.
+void addZero(float* sum, std::uint32_t frames) {
+    for (std::uint32_t k = 0; k < frames; ++k)
+        sum[k] += 0.f;
+}
+
+}  // namespace
+
 FloatMixer::FloatMixer()
     : VornCallbackUnit(&render, StreamDescription::float32(1)),
       m_mixdownBuffer(std::make_unique<float[]>(kFirstSize)) {}
@@ -53,24 +68,24 @@ void FloatMixer::mix(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* ti
                      std::uint32_t frames, AudioBufferList* data) noexcept {
     AudioBufferList scratch =
         AudioBufferList::single(m_mixdownBuffer.get(), 1, frames * std::uint32_t{sizeof(float)});
+    float* sum = data->samples<float>();
     bool begun = false;
-    bool silent = false;
+    bool sounds = false;      // something that is not silence is in the sum
+    bool addedZeros = false;  // silence that was left out
     for (std::uint32_t bus = 0; bus < m_busesInUse; ++bus) {
         AudioUnitRenderActionFlags busFlags = *flags & ~kAudioUnitRenderAction_OutputIsSilence;
-        AudioBufferList* into = begun ? &scratch : data;
-        if (upstreamRenderFlags(&busFlags, time, bus, frames, into) != noErr)
+        if (upstreamRenderFlags(&busFlags, time, bus, frames, begun ? &scratch : data) != noErr)
             continue;
-        const bool silentBus = (busFlags & kAudioUnitRenderAction_OutputIsSilence) != 0;
-        silent = silentBus && (silent || !begun);
-        if (begun) {
-            float* sum = data->samples<float>();
-            const float* addend = scratch.samples<float>();
-            for (std::uint32_t k = 0; k < frames; ++k)
-                sum[k] += addend[k];
-        }
+        const bool silent = (busFlags & kAudioUnitRenderAction_OutputIsSilence) != 0;
+        if (begun && !silent)
+            add(sum, m_mixdownBuffer.get(), frames);
+        addedZeros |= begun && silent;
+        sounds |= !silent;
         begun = true;
     }
-    markSilence(flags, silent);
+    if (sounds && addedZeros)
+        addZero(sum, frames);
+    markSilence(flags, begun && !sounds);
 }
 
 OSStatus FloatMixer::render(void* context, AudioUnitRenderActionFlags* flags,

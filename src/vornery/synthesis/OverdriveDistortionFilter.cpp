@@ -1,19 +1,7 @@
 #include "OverdriveDistortionFilter.h"
 
-#include <cmath>
-
+#include "PowerLoop.h"
 #include "PullUpstream.h"
-
-namespace {
-
-void drive(float* samples, std::uint32_t frames, float exponent) {
-    for (std::uint32_t k = 0; k < frames; ++k) {
-        const float x = samples[k];
-        samples[k] = x >= 0.f ? std::pow(x, exponent) : -std::pow(-x, exponent);
-    }
-}
-
-}  // namespace
 
 OverdriveDistortionFilter::OverdriveDistortionFilter()
     : VornCallbackUnit(&render, StreamDescription::float32(1)) {}
@@ -27,6 +15,6 @@ OSStatus OverdriveDistortionFilter::render(void* context, AudioUnitRenderActionF
     if (!(exponent < 1.f) || (silent && exponent > 0.f))
         return noErr;
     markSilence(flags, false);  // nothing to the power of nothing is one
-    drive(data->samples<float>(), frames, exponent);
+    raiseToPower(data->samples<float>(), frames, exponent);
     return noErr;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DelayLine.h"
+#include "SteadyLine.h"
 #include "graph/VornCallbackUnit.h"
 
 struct ResonanceData : DelayLineData {
@@ -39,7 +40,9 @@ class ResonanceFilter : public VornCallbackUnit {
                            const AudioTimeStamp* time, std::uint32_t bus, std::uint32_t frames,
                            AudioBufferList* data);
     void resonate(const DelayLine::Loop& loop, float* samples, std::uint32_t frames) noexcept;
+    bool rest(const DelayLine::Loop& loop, float* samples, std::uint32_t frames) const noexcept;
 
     ResonanceData m_data;
     DelayLine m_line;
+    SteadyLine m_steady;
 };

@@ -25,8 +25,7 @@ OSStatus PacketSource::supply(AudioConverterRef, std::uint32_t* ioPackets, Audio
     if (packets > std::numeric_limits<std::uint32_t>::max() - self.m_packet)
         return kAudio_ParamError;
     self.m_packet += packets;
-    self.m_done += packets * self.m_step;
-    self.m_progress = static_cast<float>(std::min(self.m_done, 1.0));
+    self.m_progress = static_cast<float>(std::min(self.m_progress + packets * self.m_step, 1.0));
     *ioData = AudioBufferList::single(self.m_staging.data(), 0, packets * self.m_file.packetSize());
     *ioPackets = packets;
     return noErr;

@@ -24,7 +24,6 @@ class PacketSource {
   private:
     VornAudioFile& m_file;
     double m_step;
-    double m_done = 0.0;
     Shared<float>& m_progress;
     std::uint32_t m_packet = 0;
     std::vector<char> m_staging;

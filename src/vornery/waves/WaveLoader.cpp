@@ -18,7 +18,6 @@ constexpr double kLargestBytes = 512.0 * 1024 * 1024;  // of samples, once conve
 constexpr double kLowestRate = 1000;                   // frames per second
 constexpr double kHighestRate = 1e6;
 constexpr std::uint32_t kFillFrames = 16384;
-constexpr std::size_t kFirstFloats = std::size_t{1} << 18;
 
 [[gnu::format(printf, 1, 2)]] std::string text(const char* format, ...) {
     std::array<char, 256> line;
@@ -72,7 +71,8 @@ void WaveLoader::checkFormat() {
 }
 
 double WaveLoader::framesAfter(double sourceFrames) const {
-    return sourceFrames / m_format.mSampleRate * kGraphRate;
+    return m_format.mSampleRate == kGraphRate ? sourceFrames
+                                              : sourceFrames / m_format.mSampleRate * kGraphRate;
 }
 
 void WaveLoader::checkLength(double sourceFrames) {
@@ -83,12 +83,17 @@ void WaveLoader::checkLength(double sourceFrames) {
         m_sound.problem = "needs more than 512 MiB of memory, which is the limit";
 }
 
-bool WaveLoader::makeRoom(std::uint64_t bytes) {
-    const std::size_t floats = (bytes + sizeof(float) - 1) / sizeof(float);
-    if (floats <= m_sound.samples.size() && m_sound.samples)
+/// For the first time as much as a PCM file can need: it has so many bytes.
+bool WaveLoader::makeRoom(std::size_t floats) {
+    if (floats <= m_sound.samples.size())
         return true;
-    const std::size_t grown = std::max({floats, 2 * m_sound.samples.size(), kFirstFloats});
-    if (!m_sound.samples.resize(grown))
+    const double expected =
+        m_file.variablePackets()
+            ? 0.0
+            : framesAfter(static_cast<double>(m_file.byteCount() / m_file.packetSize()));
+    const auto first = static_cast<std::size_t>(expected + kFillFrames) * m_sound.channels;
+    const std::size_t wanted = std::max({floats, 2 * m_sound.samples.size(), first});
+    if (!m_sound.samples.resize(wanted))
         m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
     return !failed();
 }
@@ -128,46 +133,49 @@ void WaveLoader::convert(const StreamDescription& stated) {
     PacketSource source(m_file,
                         m_claimed ? share / static_cast<double>(m_claimed) / m_progressWeight : 0.0,
                         m_progress);
-    const bool converted = fill(source, converter, target);
+    m_wideningStep = 0.9 / (m_progressWeight + 1.0);
+    fill(source, converter, target);
     Log::status(AudioConverterDispose(converter));
-    m_progress = static_cast<float>(share / m_progressWeight);
-    if (converted && !target.isFloat())
-        widenSixteenBits(m_sound.samples.data(), std::size_t{m_sound.frames} * m_sound.channels,
-                         0.9 / (m_progressWeight + 1.0), m_progress);
 }
 
-bool WaveLoader::fill(PacketSource& source, AudioConverterRef converter,
+/// Integers are widened piece by piece, on their way into place.
+void WaveLoader::fill(PacketSource& source, AudioConverterRef converter,
                       const StreamDescription& target) {
-    std::uint64_t converted = 0;
-    for (bool more = true; more && !failed();) {
-        if (!makeRoom((converted + kFillFrames) * target.mBytesPerFrame))
-            break;
-        auto* place =
-            reinterpret_cast<char*>(m_sound.samples.data()) + converted * target.mBytesPerFrame;
+    const std::uint32_t k = m_sound.channels;
+    std::size_t converted = 0;
+    for (bool more = true; more && makeRoom((converted + kFillFrames) * k);) {
+        float* place = m_sound.samples.data() + converted * k;
         std::uint32_t frames = kFillFrames;
         AudioBufferList output =
-            AudioBufferList::single(place, m_sound.channels, kFillFrames * target.mBytesPerFrame);
+            AudioBufferList::single(place, k, kFillFrames * target.mBytesPerFrame);
         const OSStatus status = AudioConverterFillComplexBuffer(converter, PacketSource::supply,
                                                                 &source, &frames, &output, nullptr);
         if (status != noErr) {
             Log::line("Conversion error %lx - %ld", static_cast<long>(status) & 0xffffffffL,
                       static_cast<long>(status));
             m_sound.problem = audioFileProblem(status);
+            return;
         }
+        if (!target.isFloat())
+            widenSixteenBits(place, std::size_t{frames} * k, m_wideningStep, m_progress);
         converted += frames;
         more = frames == kFillFrames;
         checkLength(static_cast<double>(source.packetsRead()));
+        if (failed())
+            return;
     }
-    if (!failed())
-        settle(source.packetsRead());
-    return !failed();
+    settle(source.packetsRead(), converted);
 }
 
 /// Pads with zeros or cuts to the length that belongs to the frames that were read.
-void WaveLoader::settle(std::uint64_t sourceFrames) {
+void WaveLoader::settle(std::uint64_t sourceFrames, std::size_t converted) {
+    if (failed())
+        return;
+    const std::size_t k = m_sound.channels;
     m_read = sourceFrames;
+    m_sound.samples.resize(converted * k);
     m_sound.frames = static_cast<std::uint32_t>(framesAfter(static_cast<double>(sourceFrames)));
-    if (!m_sound.samples.resize(std::size_t{m_sound.frames} * m_sound.channels))
+    if (!m_sound.samples.resize(m_sound.frames * k))
         m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
 }
 

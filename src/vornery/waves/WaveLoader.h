@@ -31,10 +31,10 @@ class WaveLoader {
     void checkLength(double sourceFrames);
     void readStraight(std::uint32_t sampleBytes);
     void convert(const StreamDescription& target);
-    bool fill(class PacketSource& source, struct OpaqueAudioConverter* converter,
+    void fill(class PacketSource& source, struct OpaqueAudioConverter* converter,
               const StreamDescription& target);
-    void settle(std::uint64_t sourceFrames);
-    bool makeRoom(std::uint64_t bytes);
+    void settle(std::uint64_t sourceFrames, std::size_t converted);
+    bool makeRoom(std::size_t floats);
     void finish();
 
     bool failed() const { return !m_sound.problem.empty(); }
@@ -44,7 +44,8 @@ class WaveLoader {
     Shared<float>& m_progress;
     StreamDescription m_format;
     double m_progressWeight = 1.0;  // what counts as the whole of the work
-    std::uint64_t m_claimed = 0;    // frames
+    double m_wideningStep = 0.0;
+    std::uint64_t m_claimed = 0;  // frames
     std::uint64_t m_read = 0;
     LoadedSound m_sound;
 };
