@@ -9,13 +9,13 @@ namespace {
 
 class JackDeviceTest : public PlayingTest {
   protected:
-    // A foreign client records; a busy machine may drop cycles, so up to three times.
+    // A foreign client records; a busy machine may drop cycles, so several times.
     static void expectToneOnBothPorts() {
         std::vector<float> stereo;
         const auto channel = [&](std::size_t index) {
             return Tone::measure(channelOf(stereo, 2, index), info().rate);
         };
-        for (int attempt = 0; attempt < 3; ++attempt) {
+        for (int attempt = 0; attempt < 6; ++attempt) {
             stereo = JackServer::record({"ombrix:out_1", "ombrix:out_2"}, 1);
             if (std::abs(channel(0).hertz - ToneClient::kHertz) < 0.5)
                 break;

@@ -11,7 +11,7 @@ class PulseDeviceTest : public PlayingTest {
   protected:
     void expectToneFrom(const std::string& sink) {
         Tone left, right;
-        for (int attempt = 0; attempt < 3; ++attempt) {
+        for (int attempt = 0; attempt < 6; ++attempt) {
             const auto stereo = m_server.record(sink, 2).frames;
             left = Tone::measure(channelOf(stereo, 2, 0), 44100);
             right = Tone::measure(channelOf(stereo, 2, 1), 44100);

@@ -11,6 +11,8 @@ constexpr std::uint32_t kUsualPeriod = 512;
 using Time = std::chrono::steady_clock;
 // Further behind than this, the time is lost: catching up would play a burst of old music.
 constexpr auto kForgiven = std::chrono::milliseconds(200);
+// Waited even when late: a real-time thread that never waits is ended by its limit.
+constexpr auto kShortestWait = std::chrono::microseconds(50);
 }  // namespace
 
 ClockDevice::ClockDevice(std::uint32_t periodFrames)
@@ -57,11 +59,12 @@ void ClockDevice::run(AudioDeviceClient& client, bool capture) {
         bridge.produce(m_frames);
         const auto due = begun + std::chrono::duration_cast<Time::duration>(
                                      period * static_cast<double>(periods));
-        if (Time::now() > due + kForgiven) {
+        const auto now = Time::now();
+        std::this_thread::sleep_until(std::max<Time::time_point>(due, now + kShortestWait));
+        if (now > due + kForgiven) {
             ++m_xruns;
             begun = Time::now();
             periods = 0;
         }
-        std::this_thread::sleep_until(due);
     }
 }

@@ -8,6 +8,8 @@
 
 #include "audiounits/devices/AudioDevice.h"
 
+class DeviceWatch;
+
 /// Plays through the first of several devices that works, and through the clock while none does,
 /// so that time goes on and every note ends. A thread of its own looks for a device once a second
 /// while there is none; a device counts as found when it has asked for frames. It is dropped when
@@ -41,9 +43,8 @@ class DeviceSupervisor final : public AudioDevice {
     AudioDeviceInfo info() const override;
 
   private:
-    class Watch;
-
     const Choice m_choice;
     const Pace m_pace;
-    std::shared_ptr<Watch> m_watch;  // shared with its thread, which may outlive a stop that hangs
+    std::shared_ptr<DeviceWatch>
+        m_watch;  // shared with its thread, which may outlive a stop that hangs
 };

@@ -1,6 +1,8 @@
 #include "audiounits/devices/PulseDevice.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "audiounits/devices/RealTimePriority.h"
 
@@ -143,7 +145,7 @@ bool PulseDevice::connectOutput() {
         },
         this);
     pulse.pa_stream_set_underflow_callback(
-        m_output, [](pa_stream*, void* self) { ++static_cast<PulseDevice*>(self)->m_xruns; }, this);
+        m_output, [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->missed(); }, this);
     pulse.pa_stream_set_latency_update_callback(
         m_output, [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->readLatency(); },
         this);
@@ -186,6 +188,13 @@ void PulseDevice::streamChanged(pa_stream* stream) {
     if (!PA_STREAM_IS_GOOD(m_connection->library().pa_stream_get_state(stream)))
         m_alive = false;
     m_connection->signal();
+}
+
+// The short wait keeps an overloaded thread of real-time priority within the limit of its kind,
+// which counts from wait to wait.
+void PulseDevice::missed() {
+    ++m_xruns;
+    std::this_thread::sleep_for(std::chrono::microseconds(50));
 }
 
 void PulseDevice::write(std::size_t bytes) {

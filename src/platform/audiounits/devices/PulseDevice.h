@@ -35,6 +35,7 @@ class PulseDevice final : public AudioDevice {
     bool connectInput();
     void closeStream(pa_stream*& stream);
     void streamChanged(pa_stream* stream);
+    void missed();
     void write(std::size_t bytes);
     void read();
     void readLatency();
