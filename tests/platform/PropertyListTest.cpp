@@ -192,6 +192,23 @@ TEST(PropertyList, limitsDepthSizeAndEntities) {
     EXPECT_THAT(error, HasSubstr("entity"));
 }
 
+TEST(PropertyList, refusesTagsThatWouldTakeHoursToRead) {
+    std::string many;
+    for (int i = 0; i < 300000; ++i)
+        many += " a" + std::to_string(i) + "='>'";
+    EXPECT_THAT(errorOf("<dict" + many + "/>"), StartsWith("line 3: a tag of more than 256"));
+    EXPECT_THAT(errorOf("<!-- > --><![CDATA[ <> ]]><dict" + many), HasSubstr("a tag of more"));
+    std::string utf16;
+    for (const char c : "<?xml version='1.0' encoding='UTF-16'?><plist><dict" + many + "/></plist>")
+        utf16 += {c, '\0'};
+    std::string error;
+    EXPECT_FALSE(parse("\xFF\xFE" + utf16, error));
+    EXPECT_FALSE(parse(utf16, error));
+    const std::string text(100000, '>');
+    EXPECT_EQ(valueOf("<!--" + text + "--><string><![CDATA[" + text + "]]></string>"),
+              PropertyListValue(text));
+}
+
 TEST(PropertyList, doesNotWriteWhatCouldNotBeRead) {
     const PropertyListValue values[] = {std::string("bell\a"),   std::string("half\xC3"),
                                         std::string("nul\0", 4), std::string("\xEF\xBF\xBE"),

@@ -31,8 +31,9 @@ struct MidiDivision {
     std::uint32_t framesPerSecondUnder = 1;  // in this many seconds (30000 / 1001 for "29")
 };
 
-/// A standard MIDI file (The MIDI Association, "Standard MIDI Files 1.0", 1996), reduced to notes,
-/// tempo and ends of tracks. Every track's events are in order and end with its End of Track.
+/// A standard MIDI file (MIDI Manufacturers Association, "Standard MIDI Files 1.0", 1996), reduced
+/// to notes, tempo and ends of tracks. Every track's events are in order and end with its End of
+/// Track.
 struct MidiFile {
     static constexpr std::size_t kMaximumBytes = std::size_t(32) << 20;
 

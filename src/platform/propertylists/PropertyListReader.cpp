@@ -1,8 +1,10 @@
-#include <QtCore/QByteArray>
+#include <QtCore/QStringDecoder>
 #include <QtCore/QXmlStreamReader>
+#include <algorithm>
 
 #include "propertylists/PropertyList.h"
 #include "propertylists/PropertyListScalars.h"
+#include "propertylists/XmlGuard.h"
 #include "text/CNumber.h"
 
 namespace {
@@ -11,9 +13,17 @@ std::string trimmed(const QString& text) {
     return text.trimmed().toStdString();
 }
 
+/// Decoded here and not by the XML reader, which would believe any encoding that a file names and
+/// so see other tags than the guard has seen.
+std::optional<QString> fromUtf8(std::string_view text) {
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString decoded = decoder(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+    return decoder.hasError() ? std::nullopt : std::optional(decoded);
+}
+
 class Reader {
   public:
-    explicit Reader(const QByteArray& xml) : m_xml(xml) {}
+    explicit Reader(const QString& xml) : m_xml(xml) {}
 
     PropertyListValue read() {
         if (!nextElement() || m_xml.name() != u"plist")
@@ -39,8 +49,6 @@ class Reader {
         m_xml.readNext();
         if (m_xml.hasError())
             refuse("broken XML: " + oneLine(m_xml.errorString().toStdString()));
-        if (m_xml.isDTD() && !m_xml.entityDeclarations().isEmpty())
-            refuse("entity declarations are not allowed");
     }
 
     /// To the start of the next element at this level; false at the end of the level.
@@ -123,21 +131,29 @@ class Reader {
 
 std::optional<PropertyListValue> PropertyList::parse(std::span<const std::uint8_t> xml,
                                                      std::string& error) {
-    const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(xml.data()),
-                                               static_cast<qsizetype>(xml.size()));
-    if (xml.size() > kMaximumBytes) {
-        error = "line 1: a property list of more than 4 MiB";
+    const std::string_view text(reinterpret_cast<const char*>(xml.data()), xml.size());
+    const auto refuse = [&](std::int64_t line, const std::string& reason) {
+        error = "line " + std::to_string(line) + ": " + reason;
         return std::nullopt;
+    };
+    if (text.size() > kMaximumBytes)
+        return refuse(1, "a property list of more than 4 MiB");
+    if (text.starts_with("bplist"))
+        return refuse(1, "a binary property list; only XML ones are read");
+    std::size_t guarded = 0;
+    try {
+        guardXml(text, guarded);
+    } catch (const PropertyListRefusal& refused) {
+        return refuse(1 + std::count(text.begin(), text.begin() + std::ptrdiff_t(guarded), '\n'),
+                      refused.reason);
     }
-    if (bytes.startsWith("bplist")) {
-        error = "line 1: a binary property list; only XML ones are read";
-        return std::nullopt;
-    }
-    Reader reader(bytes);
+    const auto decoded = fromUtf8(text);
+    if (!decoded)
+        return refuse(1, "not UTF-8");
+    Reader reader(*decoded);
     try {
         return reader.read();
     } catch (const PropertyListRefusal& refused) {
-        error = "line " + std::to_string(reader.line()) + ": " + refused.reason;
-        return std::nullopt;
+        return refuse(reader.line(), refused.reason);
     }
 }
