@@ -55,8 +55,8 @@ void printRow(const char* what, const Cost& cost, double per) {
                 cost.ratio);
 }
 
-void voicesAgainstYardstick(const char* what, const Settings& settings) {
-    const auto sound = std::make_shared<bench::Sound>(2.0);
+void voicesAgainstYardstick(const char* what, const Settings& settings, double seconds = 2.0) {
+    const auto sound = std::make_shared<bench::Sound>(seconds);
     const Graph graph(sound, settings);
     bench::PlainVoices plain(*sound, settings);
     std::vector<float> out(kFrames);
@@ -132,6 +132,8 @@ int main() {
     RenderScope scope;
     voicesAgainstYardstick("voices, a voice frame (ours, yardstick)", {});
     voicesAgainstYardstick("voices with modulation", {.fmFrequency = 0.01f});
+    voicesAgainstYardstick("voices on a sound of 100 frames", {}, 100.5 / 44100);
+    voicesAgainstYardstick("the same with modulation", {.fmFrequency = 0.01f}, 100.5 / 44100);
     effectsAgainstYardstick();
     idleGraph("nothing sounding", {.sounding = false});
     idleGraph("nothing sounding, effects on", {.sounding = false, .effects = true});

@@ -8,7 +8,7 @@
 #include "PullUpstream.h"
 
 namespace {
-constexpr std::uint32_t kLongestSound = 1u << 31;
+constexpr std::uint32_t kLongestSound = 1u << 30;  // frames, so that positions fit in 31 bits
 }
 
 GrainSynthesiser::GrainSynthesiser(std::shared_ptr<const ContiguousWave> source)
@@ -30,7 +30,7 @@ void GrainSynthesiser::lookAt(std::shared_ptr<const ContiguousWave>& source) {
     m_note.triggered = false;
     m_source.swap(source);
     m_sampleCount = sampleCount;
-    // Silence: promises more than it can show, or is too long to count in 31 bits.
+    // Silence: promises more than it can show, or is too long to be counted.
     const bool unreadable = readable < sampleCount || sampleCount > kLongestSound;
     m_data = unreadable ? nullptr : data;
 }

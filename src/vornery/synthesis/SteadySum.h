@@ -35,7 +35,8 @@ class SteadyStep {
         if (!(p >= m_step * kFewest) || !(m_step > 0.f) || most < kFewest)
             return {0.f, 0};
         const std::uint32_t exponent = std::bit_cast<std::uint32_t>(p) & 0x7f800000;
-        const float end = std::min(std::bit_cast<float>(exponent + 0x00800000), limit);
+        const auto nextPower = std::bit_cast<float>(exponent + 0x00800000);
+        const float end = limit < nextPower ? limit : nextPower;
         const float second = p + m_step;
         const float third = second + m_step;
         const float advance = second - p;
