@@ -58,8 +58,9 @@ class Replacement {
   public:
     Replacement(std::uint32_t type, std::uint32_t subtype) {
         ledger = {};
-        m_component = AudioComponentRegistry::shared().add(
-            {{type, subtype, fourCC("appl"), 0, 0}, [] { return std::make_unique<CountingUnit>(); }});
+        m_component =
+            AudioComponentRegistry::shared().add({{type, subtype, fourCC("appl"), 0, 0},
+                                                  [] { return std::make_unique<CountingUnit>(); }});
     }
     ~Replacement() { AudioComponentRegistry::shared().remove(m_component); }
 

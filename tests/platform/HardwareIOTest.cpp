@@ -38,9 +38,8 @@ struct Listener {
     std::vector<std::int16_t> pairs;
     OSStatus status = 1;
 
-    static OSStatus heard(void* self, AudioUnitRenderActionFlags* flags,
-                          const AudioTimeStamp* time, std::uint32_t bus, std::uint32_t frames,
-                          AudioBufferList* none) {
+    static OSStatus heard(void* self, AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
+                          std::uint32_t bus, std::uint32_t frames, AudioBufferList* none) {
         auto& listener = *static_cast<Listener*>(self);
         EXPECT_EQ(none, nullptr);
         listener.pairs.assign(std::size_t{2} * frames, 0);
@@ -55,9 +54,9 @@ struct Listener {
 TEST_F(HardwareIOTest, playsItsBusWhileStartedAndSilenceOtherwise) {
     StreamSource<std::int16_t> source{
         [](auto frame, auto) { return static_cast<std::int16_t>(frame); }};
-    ASSERT_EQ(set(kAudioUnitProperty_SetRenderCallback, kAudioUnitScope_Input, 0,
-                  source.callback()),
-              noErr);
+    ASSERT_EQ(
+        set(kAudioUnitProperty_SetRenderCallback, kAudioUnitScope_Input, 0, source.callback()),
+        noErr);
     EXPECT_EQ(m_hardware.start(), kAudioUnitErr_Uninitialized);
     ASSERT_EQ(m_hardware.initialise(), noErr);
     EXPECT_EQ(pull(4), std::vector<std::int16_t>(4, 0));

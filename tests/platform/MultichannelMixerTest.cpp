@@ -63,8 +63,9 @@ TEST_F(MixerTest, sumsBusesOfAllFormatsAndSaturates) {
     StreamSource<float> floats{[](auto frame, auto) {
         return frame == 0 ? 0.5f : frame == 1 ? -0.5f : 200.f / 32768.f;
     }};
-    StreamSource<float> pairs{
-        [](auto frame, auto channel) { return frame < 2 ? 0.f : channel ? 0.25f : -0.125f; }};
+    StreamSource<float> pairs{[](auto frame, auto channel) {
+        return frame < 2 ? 0.f : channel ? 0.25f : -0.125f;
+    }};
     feed(0, integers, StreamDescription::sint16(1));
     feed(1, floats, StreamDescription::float32(1));
     feed(2, pairs, StreamDescription::float32(2));
@@ -104,9 +105,9 @@ TEST_F(MixerTest, answersWrongCallsWithThePlatformsCodes) {
               kAudioUnitErr_PropertyNotWritable);
     std::uint32_t count = 0;
     std::uint32_t size = 1;
-    EXPECT_EQ(m_mixer.property(kAudioUnitProperty_ElementCount, kAudioUnitScope_Input, 0, &count,
-                               &size),
-              kAudioUnitErr_InvalidPropertyValue);
+    EXPECT_EQ(
+        m_mixer.property(kAudioUnitProperty_ElementCount, kAudioUnitScope_Input, 0, &count, &size),
+        kAudioUnitErr_InvalidPropertyValue);
 }
 
 TEST_F(MixerTest, busesAreAddedAndConnectedWhileItRenders) {

@@ -13,7 +13,8 @@ struct WavShape {
     std::uint16_t channels = 1;
     std::uint16_t bits = 16;
     bool floats = false;
-    std::optional<std::uint32_t> claim = std::nullopt;  // bytes that the header says; none: the truth
+    std::optional<std::uint32_t> claim =
+        std::nullopt;  // bytes that the header says; none: the truth
 };
 
 /// A whole WAV file around `data`, packed little-endian samples.

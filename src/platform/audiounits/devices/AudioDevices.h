@@ -23,8 +23,8 @@ std::shared_ptr<AudioDevice> current();
 /// Everything that could be played to now, probed on each call. One of them is the default.
 std::vector<AudioDeviceInfo> list();
 
-/// Frames per period asked of devices that let us choose (16 to 8192); 0 is each device's own. Holds
-/// for devices chosen later.
+/// Frames per period asked of devices that let us choose (16 to 8192); 0 is each device's own.
+/// Holds for devices chosen later.
 void setPreferredPeriod(std::uint32_t frames);
 
 }  // namespace AudioDevices
