@@ -30,19 +30,20 @@ std::int32_t roundedTo16(double sample) {
     return static_cast<std::int32_t>((std::min(scaled, 32767.0) + kRounder) - kRounder);
 }
 
-/// The same. Comparisons are of bits: those of floats would keep the compiler from taking several.
+/// The same, with masks (all ones or none) where branches would keep the compiler from taking
+/// several samples at once.
 std::int32_t roundedTo16(float sample) {
     constexpr float kRounder = 12582912.f;
     constexpr std::int32_t kOne = 0x3f800000, kInfinity = 0x7f800000;
     const auto bits = std::bit_cast<std::int32_t>(sample);
     const std::int32_t magnitude = bits & 0x7fffffff;
-    const std::int32_t within = magnitude < kOne ? -1 : 0;
+    const std::int32_t within = (magnitude - kOne) >> 31;
+    const std::int32_t notNumber = (kInfinity - magnitude) >> 31;
     const float small = std::bit_cast<float>(bits & within) * 32768.f;
     const auto rounded = static_cast<std::int32_t>((small + kRounder) - kRounder);
-    const std::int32_t clipped = rounded > 32767 ? 32767 : rounded;
+    const std::int32_t clipped = rounded - (rounded >> 15 & ~(rounded >> 31));  // 32768 to 32767
     const std::int32_t limit = 32767 ^ (bits >> 31);
-    const std::int32_t beyond = magnitude > kInfinity ? 0 : limit;
-    return (clipped & within) | (beyond & ~within);
+    return (clipped & within) | (limit & ~within & ~notNumber);
 }
 
 template <typename Real>
