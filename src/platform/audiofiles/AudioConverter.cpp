@@ -20,16 +20,30 @@ namespace {
 
 constexpr std::uint32_t kFramesAtATime = 4096;
 
-/// To nearest even, saturated. Adding and taking away 1.5 x 2^(mantissa bits) rounds to whole
-/// numbers and, unlike a call of the library, is done for many samples at once.
-template <typename Real>
-std::int32_t roundedTo16(Real sample) {
-    constexpr Real kRounder =
-        std::is_same_v<Real, float> ? Real(12582912.0) : Real(6755399441055744.0);
-    Real scaled = sample * Real(32768);
-    scaled = scaled == scaled ? scaled : Real(0);
-    scaled = std::min(std::max(scaled, Real(-32768)), Real(32767));
-    return static_cast<std::int32_t>((scaled + kRounder) - kRounder);
+/// To nearest even, saturated; not-a-number is 0. Adding and taking away 1.5 x 2^(mantissa bits)
+/// rounds to whole numbers and, unlike a call of the library, is done for many samples at once.
+std::int32_t roundedTo16(double sample) {
+    constexpr double kRounder = 6755399441055744.0;
+    const double scaled = sample * 32768;
+    if (!(scaled > -32768))
+        return scaled == scaled ? -32768 : 0;
+    return static_cast<std::int32_t>((std::min(scaled, 32767.0) + kRounder) - kRounder);
+}
+
+/// The same, with masks (all ones or none) where branches would keep the compiler from taking
+/// several samples at once.
+std::int32_t roundedTo16(float sample) {
+    constexpr float kRounder = 12582912.f;
+    constexpr std::int32_t kOne = 0x3f800000, kInfinity = 0x7f800000;
+    const auto bits = std::bit_cast<std::int32_t>(sample);
+    const std::int32_t magnitude = bits & 0x7fffffff;
+    const std::int32_t within = (magnitude - kOne) >> 31;
+    const std::int32_t notNumber = (kInfinity - magnitude) >> 31;
+    const float small = std::bit_cast<float>(bits & within) * 32768.f;
+    const auto rounded = static_cast<std::int32_t>((small + kRounder) - kRounder);
+    const std::int32_t clipped = rounded - (rounded >> 15 & ~(rounded >> 31));  // 32768 to 32767
+    const std::int32_t limit = 32767 ^ (bits >> 31);
+    return (clipped & within) | (limit & ~within & ~notNumber);
 }
 
 template <typename Real>

@@ -37,6 +37,7 @@ Real finiteOrZero(Real value) {
 
 template <typename Real, bool Signed>
 struct Integer8 {
+    static constexpr std::size_t kBytes = 1;
     static constexpr Real kScale = Real(1) / 128;
     static Real read(const std::byte* at) {
         const int byte = std::to_integer<int>(*at);
@@ -46,6 +47,7 @@ struct Integer8 {
 
 template <typename Real, bool Swap>
 struct Integer16 {
+    static constexpr std::size_t kBytes = 2;
     static constexpr Real kScale = Real(1) / 32768;
     static Real read(const std::byte* at) {
         return kScale * static_cast<Real>(static_cast<std::int16_t>(load<std::uint16_t, Swap>(at)));
@@ -54,6 +56,7 @@ struct Integer16 {
 
 template <typename Real, bool BigEndian>
 struct Integer24 {
+    static constexpr std::size_t kBytes = 3;
     static constexpr Real kScale = Real(1) / 8388608;
     static Real read(const std::byte* at) {
         const auto byte = [at](int i) { return std::to_integer<std::uint32_t>(at[i]); };
@@ -65,6 +68,7 @@ struct Integer24 {
 
 template <typename Real, bool Swap>
 struct Integer32 {
+    static constexpr std::size_t kBytes = 4;
     static constexpr Real kScale = Real(1) / 2147483648;
     static Real read(const std::byte* at) {
         return kScale * static_cast<Real>(static_cast<std::int32_t>(load<std::uint32_t, Swap>(at)));
@@ -73,15 +77,25 @@ struct Integer32 {
 
 template <typename Real, typename Float, typename Word, bool Swap>
 struct Floating {
+    static constexpr std::size_t kBytes = sizeof(Float);
     static Real read(const std::byte* at) {
         return finiteOrZero(static_cast<Real>(std::bit_cast<Float>(load<Word, Swap>(at))));
     }
 };
 
+/// With a stride that the compiler knows it does many at once.
 template <typename Sample, typename Real>
 void readAll(const std::byte* at, std::size_t stride, std::uint32_t frames, Real* out) {
-    for (std::uint32_t i = 0; i < frames; ++i)
-        out[i] = Sample::read(at + i * stride);
+    const auto read = [=](auto knownStride) {
+        for (std::uint32_t i = 0; i < frames; ++i)
+            out[i] = Sample::read(at + i * std::size_t{knownStride});
+    };
+    if (stride == Sample::kBytes)
+        read(std::integral_constant<std::size_t, Sample::kBytes>());
+    else if (stride == 2 * Sample::kBytes)
+        read(std::integral_constant<std::size_t, 2 * Sample::kBytes>());
+    else
+        read(stride);
 }
 
 /// 16-bit stereo, the commonest kind by far: frames as one word let the compiler do many at once.

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::size_t kLargeBytes = std::size_t{8} << 20;
-
 std::size_t pageBytes() {
     static const auto bytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     return bytes;
@@ -53,8 +51,6 @@ bool SampleMemory::resize(std::size_t floats) noexcept {
         if (memory == MAP_FAILED)
             return false;
         m_data = static_cast<float*>(memory);
-        if (newBytes >= kLargeBytes)
-            madvise(m_data, newBytes, MADV_HUGEPAGE);  // a wish: fewer faults while loading
     }
     // The rest of the last page may hold what was cut off.
     if (floats < m_floats)
@@ -64,13 +60,19 @@ bool SampleMemory::resize(std::size_t floats) noexcept {
     return true;
 }
 
-void SampleMemory::faultIn() noexcept {
-    const std::size_t bytes = m_data ? mappedBytes(m_floats) : 0;
+void SampleMemory::faultIn(std::size_t from, std::size_t floats) noexcept {
+    if (from >= m_floats || floats == 0)
+        return;
+    const std::size_t page = pageBytes();
+    const std::size_t begin = from * sizeof(float) / page * page;
+    const std::size_t end = mappedBytes(from + std::min(floats, m_floats - from));
+    auto* bytes = reinterpret_cast<char*>(m_data);
 #ifdef MADV_POPULATE_WRITE
-    if (bytes == 0 || madvise(m_data, bytes, MADV_POPULATE_WRITE) == 0)
+    if (madvise(bytes + begin, end - begin, MADV_POPULATE_WRITE) == 0)
         return;
 #endif
-    auto* page = reinterpret_cast<volatile char*>(m_data);
-    for (std::size_t at = 0; at < bytes; at += pageBytes())
-        page[at] = page[at];
+    for (std::size_t at = begin; at < end; at += page) {
+        volatile char* touched = bytes + at;
+        *touched = *touched;
+    }
 }

@@ -22,8 +22,10 @@ class SampleMemory {
     /// Keeps what fits; new floats are zero. False, and nothing changed, without memory for it.
     bool resize(std::size_t floats) noexcept;
 
-    /// Makes every page present, so that a later reader on the audio thread takes no page fault.
-    void faultIn() noexcept;
+    /// Makes pages present, so that a later reader on the audio thread takes no page fault. Also
+    /// worth while before a long run is filled: cheaper than a fault for every page.
+    void faultIn() noexcept { faultIn(0, m_floats); }
+    void faultIn(std::size_t from, std::size_t floats) noexcept;
 
   private:
     float* m_data = nullptr;

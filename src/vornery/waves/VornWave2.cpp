@@ -65,6 +65,7 @@ std::shared_ptr<VornWave2> VornWave2::initWithCopyOfData(const float* samples, s
                                                          const std::string& nameHint) {
     const std::size_t floats = std::size_t{length} * description.mChannelsPerFrame;
     SampleMemory copy(floats);
+    copy.faultIn();
     if (copy && floats > 0)
         std::memcpy(copy.data(), samples, floats * sizeof(float));
     return initWithOwnershipOfData(std::move(copy), length, description, nameHint);

@@ -107,6 +107,7 @@ void WaveLoader::readStraight(std::uint32_t sampleBytes) {
         m_sound.problem = audioFileProblem(kAudioFileOutOfMemoryError);
         return;
     }
+    m_sound.samples.faultIn();
     m_file.ReadIntoBuffer(m_sound.samples.data(), &bytes);
     m_read = bytes / sampleBytes / k;
     const std::size_t count = m_read * k;
@@ -144,6 +145,7 @@ void WaveLoader::fill(PacketSource& source, AudioConverterRef converter,
     const std::uint32_t k = m_sound.channels;
     std::size_t converted = 0;
     for (bool more = true; more && makeRoom((converted + kFillFrames) * k);) {
+        m_sound.samples.faultIn(converted * k, kFillFrames * k);
         float* place = m_sound.samples.data() + converted * k;
         std::uint32_t frames = kFillFrames;
         AudioBufferList output =
