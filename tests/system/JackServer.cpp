@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 
 #include "Recording.h"
@@ -14,11 +15,16 @@ JackServer::JackServer() : m_name("ombrix-test-" + std::to_string(getpid())) {
     setenv("JACK_NO_START_SERVER", "1", 1);
 }
 
-// Ended with SIGTERM it takes its shared memory away with it.
+// A server that was killed leaves the semaphores of its clients behind.
 JackServer::~JackServer() {
     if (m_process) {
         m_process->signal(SIGCONT);
         m_process->terminate();
+    }
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/shm", ignored)) {
+        if (entry.path().filename().string().find(m_name + "_") != std::string::npos)
+            std::filesystem::remove(entry.path(), ignored);
     }
 }
 

@@ -10,8 +10,11 @@
 extern char** environ;
 
 Process::Process(const std::vector<std::string>& arguments, const std::string& log) {
+    // A test that crashes takes its programs with it.
+    std::vector<std::string> guarded{"setpriv", "--pdeathsig", "KILL"};
+    guarded.insert(guarded.end(), arguments.begin(), arguments.end());
     std::vector<char*> words;
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : guarded)
         words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     posix_spawn_file_actions_t actions;
