@@ -99,16 +99,15 @@ void fetchPairs(const float* samples, const std::int32_t* indexes, float* pairs,
 void fetchPairsRound(const GrainVoice& voice, const std::int32_t* indexes, float* pairs,
                      std::uint32_t frames) {
     const auto count = static_cast<std::int32_t>(voice.count);
-    const std::int32_t lastPair = count - 2;
-    for (std::uint32_t k = 0; k < frames && count > 1; ++k)
-        std::memcpy(pairs + 2 * k, voice.samples + std::min(indexes[k], lastPair),
-                    2 * sizeof(float));
+    std::int32_t first[kGrainBlock];
+    std::int32_t second[kGrainBlock];
     for (std::uint32_t k = 0; k < frames; ++k) {
-        if (indexes[k] <= lastPair)
-            continue;
-        const std::int32_t index = indexes[k] - (indexes[k] >= count ? count : 0);
-        pairs[2 * k] = voice.samples[index];
-        pairs[2 * k + 1] = voice.samples[index + 1 == count ? 0 : index + 1];
+        first[k] = indexes[k] - (indexes[k] >= count ? count : 0);
+        second[k] = first[k] + 1 == count ? 0 : first[k] + 1;
+    }
+    for (std::uint32_t k = 0; k < frames; ++k) {
+        pairs[2 * k] = voice.samples[first[k]];
+        pairs[2 * k + 1] = voice.samples[second[k]];
     }
 }
 
