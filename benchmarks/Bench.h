@@ -56,6 +56,8 @@ struct Settings {
     bool sounding = true;
     bool effects = false;
     int mode = 1;
+    float grainSize = 0.5f;
+    float transposition = 1.f;  // of every note
 };
 
 inline float voiceFrequency(int voice) {
@@ -71,7 +73,8 @@ struct Graph {
             envelopes.push_back(std::make_unique<ADSRShaper>());
             GrainNoteData& note = *grains.back()->note();
             note.stopOnUntrigger = 2;
-            note.frequency = voiceFrequency(v);
+            note.frequency = voiceFrequency(v) * settings.transposition;
+            note.grainSize = settings.grainSize;
             note.fmFrequency = settings.fmFrequency;
             note.grainMode = settings.mode;
             note.gain = 0.1f;
@@ -131,7 +134,8 @@ struct PlainVoices {
             std::uint32_t count = sound.sampleCount();
             voice.samples = sound.retrieveWindowAt(0, &count, nullptr);
             voice.count = count;
-            voice.frequency = voiceFrequency(v);
+            voice.frequency = voiceFrequency(v) * settings.transposition;
+            voice.grainSize = settings.grainSize;
             voice.fmFrequency = settings.fmFrequency;
             voice.grainMode = settings.mode;
             voice.gain = 0.1f;

@@ -15,8 +15,8 @@ void countFrames(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void voices(benchmark::State& state, Settings settings) {
-    const Graph graph(std::make_shared<bench::Sound>(2.0), settings);
+void voices(benchmark::State& state, Settings settings, double seconds) {
+    const Graph graph(std::make_shared<bench::Sound>(seconds), settings);
     const auto frames = static_cast<std::uint32_t>(state.range(0));
     std::vector<float> out(frames);
     RenderScope scope;
@@ -89,9 +89,10 @@ const Settings kIdle{.sounding = false};
 const Settings kIdleEffects{.sounding = false, .effects = true};
 const Settings kEverything{.fmFrequency = 0.01f, .effects = true};
 
-BENCHMARK_CAPTURE(voices, plain, kPlainNotes)->Arg(64)->Arg(512)->Arg(8192);
+BENCHMARK_CAPTURE(voices, plain, kPlainNotes, 2.0)->Arg(64)->Arg(512)->Arg(8192);
 BENCHMARK_CAPTURE(plainVoices, plain, kPlainNotes)->Arg(512);
-BENCHMARK_CAPTURE(voices, modulated, kModulated)->Arg(64)->Arg(512)->Arg(8192);
+BENCHMARK_CAPTURE(voices, shortSound, kPlainNotes, 100.5 / 44100)->Arg(512);
+BENCHMARK_CAPTURE(voices, modulated, kModulated, 2.0)->Arg(64)->Arg(512)->Arg(8192);
 BENCHMARK_CAPTURE(plainVoices, modulated, kModulated)->Arg(512);
 BENCHMARK_CAPTURE(wholeGraph, everything, kEverything)->Arg(64)->Arg(512)->Arg(8192);
 BENCHMARK_CAPTURE(wholeGraph, idle, kIdle)->Arg(1)->Arg(512)->Arg(8192);

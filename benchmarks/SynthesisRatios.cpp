@@ -134,6 +134,10 @@ int main() {
     voicesAgainstYardstick("voices with modulation", {.fmFrequency = 0.01f});
     voicesAgainstYardstick("voices on a sound of 100 frames", {}, 100.5 / 44100);
     voicesAgainstYardstick("the same with modulation", {.fmFrequency = 0.01f}, 100.5 / 44100);
+    voicesAgainstYardstick("small grains, two octaves up",
+                           {.grainSize = 0.f, .transposition = 4.f});
+    voicesAgainstYardstick("large grains, two octaves down",
+                           {.grainSize = 1.f, .transposition = 0.25f});
     effectsAgainstYardstick();
     idleGraph("nothing sounding", {.sounding = false});
     idleGraph("nothing sounding, effects on", {.sounding = false, .effects = true});

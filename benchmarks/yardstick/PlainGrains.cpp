@@ -17,7 +17,7 @@ void PlainGrains::untrigger() {
     head[0] = head[1] = clock = 0.f;
 }
 
-float PlainGrains::read(float position) const {
+inline float PlainGrains::read(float position) const {
     auto i = static_cast<std::uint32_t>(position);
     const float phi = position - static_cast<float>(i);
     if (i >= count)

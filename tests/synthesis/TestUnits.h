@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -43,14 +44,15 @@ class BufferSource : public VornCallbackUnit {
     std::vector<float> samples;  // of the next render, as many as it asks for
     OSStatus status = noErr;
     std::uint32_t busSeen = 0;
-    std::uint32_t renders = 0;
+    std::function<void()> whileRendering;
 
   private:
     static OSStatus render(void* context, AudioUnitRenderActionFlags* flags, const AudioTimeStamp*,
                            std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
         auto& source = *static_cast<BufferSource*>(context);
         source.busSeen = bus;
-        ++source.renders;
+        if (source.whileRendering)
+            source.whileRendering();
         if (source.status != noErr)
             return source.status;
         std::copy_n(source.samples.begin(), frames, data->samples<float>());

@@ -9,6 +9,7 @@
 
 ADSRShaper::ADSRShaper() : VornCallbackUnit(&render, StreamDescription::sint16(1)) {
     setState({});
+    m_renderedState = state();
 }
 
 void ADSRShaper::setState(ADSRState state) noexcept {

@@ -44,6 +44,8 @@ OSStatus FloatMixer::upstreamRenderFlags(AudioUnitRenderActionFlags* flags,
                                          const AudioTimeStamp* time, std::uint32_t myBus,
                                          std::uint32_t frameCount,
                                          AudioBufferList* into) const noexcept {
+    if (myBus >= kBuses)
+        return kAudioUnitErr_NoConnection;
     const AudioUnitConnection& component = m_sourceComponents[myBus];
     const AURenderCallbackStruct& callback = m_sourceCallbacks[myBus];
     if (component.sourceAudioUnit)

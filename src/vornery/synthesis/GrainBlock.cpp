@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 
+#include "WideForms.h"
+
 namespace {
 constexpr float kNever = std::numeric_limits<float>::infinity();
 }
@@ -97,10 +99,27 @@ void fetchPairs(const float* samples, const std::int32_t* indexes, float* pairs,
 void fetchPairsRound(const GrainVoice& voice, const std::int32_t* indexes, float* pairs,
                      std::uint32_t frames) {
     const auto count = static_cast<std::int32_t>(voice.count);
+    std::int32_t first[kGrainBlock];
+    std::int32_t second[kGrainBlock];
     for (std::uint32_t k = 0; k < frames; ++k) {
-        const std::int32_t index = indexes[k] - (indexes[k] >= count ? count : 0);
-        pairs[2 * k] = voice.samples[index];
-        pairs[2 * k + 1] = voice.samples[index + 1 == count ? 0 : index + 1];
+        first[k] = indexes[k] - (indexes[k] >= count ? count : 0);
+        second[k] = first[k] + 1 == count ? 0 : first[k] + 1;
+    }
+    for (std::uint32_t k = 0; k < frames; ++k) {
+        pairs[2 * k] = voice.samples[first[k]];
+        pairs[2 * k + 1] = voice.samples[second[k]];
+    }
+}
+
+// Between two samples; on one of them, that one.
+OMBRIX_WIDE_FORMS
+void interpolate(const float* __restrict positions, const std::int32_t* __restrict indexes,
+                 const float* __restrict pairs, float* __restrict values, std::uint32_t frames) {
+    const auto count = static_cast<std::int32_t>(frames);
+    for (std::int32_t k = 0; k < count; ++k) {
+        const float fraction = positions[k] - static_cast<float>(indexes[k]);
+        const float between = pairs[2 * k] * (1.f - fraction) + fraction * pairs[2 * k + 1];
+        values[k] = fraction > 0.f ? between : pairs[2 * k];
     }
 }
 
@@ -115,11 +134,7 @@ void readBlock(const GrainVoice& voice, HeadBlock& block, std::uint32_t frames) 
         fetchPairsRound(voice, indexes, pairs, frames);
     else
         fetchPairs(voice.samples, indexes, pairs, frames);
-    for (std::uint32_t k = 0; k < frames; ++k) {
-        const float fraction = block.positions[k] - static_cast<float>(indexes[k]);
-        const float between = pairs[2 * k] * (1.f - fraction) + fraction * pairs[2 * k + 1];
-        block.values[k] = fraction > 0.f ? between : pairs[2 * k];
-    }
+    interpolate(block.positions, indexes, pairs, block.values, frames);
 }
 
 // The gain halves its distance to the one wanted until that no longer changes it.

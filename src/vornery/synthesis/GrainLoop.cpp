@@ -3,9 +3,22 @@
 #include <algorithm>
 
 #include "GrainBlock.h"
+#include "WideForms.h"
 #include "WobbleTable.h"
 
 namespace {
+
+// From the fading to the rising head along a cubic, as the grain goes by.
+OMBRIX_WIDE_FORMS
+void crossFade(const float* __restrict rising, const float* __restrict fading,
+               const float* __restrict clocks, const float* __restrict gains, float grain,
+               float preamp, float* __restrict out, std::uint32_t frames) {
+    for (std::uint32_t k = 0; k < frames; ++k) {
+        const float t = clocks[k] / grain;
+        const float cube = t * t * t;
+        out[k] = (rising[k] * cube + fading[k] * (1.f - cube)) * preamp * gains[k];
+    }
+}
 
 // Frames in the middle of a grain, at most a block; returns how many before the grain ends.
 std::uint32_t renderBlock(GrainVoice& voice, const float* steps, float* out, std::uint32_t frames) {
@@ -23,11 +36,7 @@ std::uint32_t renderBlock(GrainVoice& voice, const float* steps, float* out, std
     runGain(voice, gains, n);
     const float* fading = heads[voice.fading].values;
     const float* rising = heads[1 - voice.fading].values;
-    for (std::uint32_t k = 0; k < n; ++k) {
-        const float t = clocks[k] / voice.grain;
-        const float cube = t * t * t;
-        out[k] = (rising[k] * cube + fading[k] * (1.f - cube)) * voice.preamp * gains[k];
-    }
+    crossFade(rising, fading, clocks, gains, voice.grain, voice.preamp, out, n);
     return n;
 }
 
