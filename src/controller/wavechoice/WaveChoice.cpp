@@ -34,6 +34,7 @@ std::shared_ptr<VornWave2> mixedToMono(const VornWave2& stereo) {
     SampleMemory mono(frames);
     if (!mono)
         return nullptr;
+    mono.faultIn();  // all pages at once cost less than one at a time
     for (std::uint32_t i = 0; i < count; ++i)
         mono.data()[i] = (pairs[2 * std::size_t{i}] + pairs[2 * std::size_t{i} + 1]) * 0.5f;
     return VornWave2::initWithOwnershipOfData(std::move(mono), frames,
