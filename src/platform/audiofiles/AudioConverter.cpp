@@ -22,28 +22,14 @@ constexpr std::uint32_t kFramesAtATime = 4096;
 
 /// To nearest even, saturated; not-a-number is 0. Adding and taking away 1.5 x 2^(mantissa bits)
 /// rounds to whole numbers and, unlike a call of the library, is done for many samples at once.
-std::int32_t roundedTo16(double sample) {
-    constexpr double kRounder = 6755399441055744.0;
-    const double scaled = sample * 32768;
-    if (!(scaled > -32768))
-        return scaled == scaled ? -32768 : 0;
-    return static_cast<std::int32_t>((std::min(scaled, 32767.0) + kRounder) - kRounder);
-}
-
-/// The same, with masks (all ones or none) where branches would keep the compiler from taking
-/// several samples at once.
-std::int32_t roundedTo16(float sample) {
-    constexpr float kRounder = 12582912.f;
-    constexpr std::int32_t kOne = 0x3f800000, kInfinity = 0x7f800000;
-    const auto bits = std::bit_cast<std::int32_t>(sample);
-    const std::int32_t magnitude = bits & 0x7fffffff;
-    const std::int32_t within = (magnitude - kOne) >> 31;
-    const std::int32_t notNumber = (kInfinity - magnitude) >> 31;
-    const float small = std::bit_cast<float>(bits & within) * 32768.f;
-    const auto rounded = static_cast<std::int32_t>((small + kRounder) - kRounder);
-    const std::int32_t clipped = rounded - (rounded >> 15 & ~(rounded >> 31));  // 32768 to 32767
-    const std::int32_t limit = 32767 ^ (bits >> 31);
-    return (clipped & within) | (limit & ~within & ~notNumber);
+template <typename Real>
+std::int32_t roundedTo16(Real sample) {
+    constexpr Real kRounder = std::is_same_v<Real, float> ? Real(12582912) : Real(6755399441055744);
+    Real scaled = sample * 32768;
+    scaled = scaled == scaled ? scaled : 0;
+    scaled = scaled > -32768 ? scaled : -32768;
+    scaled = scaled < 32767 ? scaled : 32767;
+    return static_cast<std::int32_t>((scaled + kRounder) - kRounder);
 }
 
 template <typename Real>
@@ -62,22 +48,11 @@ void copyOut(const Real* plane, std::uint32_t frames, Sample* out) {
 }
 
 template <typename Real, typename Sample>
-void interleave(const Real* left, const Real* right, std::uint32_t frames, Sample* out) {
-    for (std::uint32_t i = 0; i < frames; ++i) {
+void interleave(const Real* __restrict left, const Real* __restrict right, std::size_t frames,
+                Sample* __restrict out) {
+    for (std::size_t i = 0; i < frames; ++i) {
         store(left[i], out[2 * i]);
         store(right[i], out[2 * i + 1]);
-    }
-}
-
-/// Frame by frame as one word: the compiler then does many at once.
-template <typename Real>
-void interleave(const Real* left, const Real* right, std::uint32_t frames, std::int16_t* out) {
-    constexpr int kSecond = std::endian::native == std::endian::little ? 16 : 0;
-    for (std::uint32_t i = 0; i < frames; ++i) {
-        const auto first = static_cast<std::uint32_t>(roundedTo16(left[i])) & 0xffffu;
-        const auto second = static_cast<std::uint32_t>(roundedTo16(right[i])) & 0xffffu;
-        const std::uint32_t pair = first << (16 - kSecond) | second << kSecond;
-        std::memcpy(out + 2 * i, &pair, sizeof(pair));
     }
 }
 
