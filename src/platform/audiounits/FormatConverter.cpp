@@ -3,7 +3,7 @@
 #include <array>
 #include <span>
 
-#include "audiounits/PropertyValue.h"
+#include "audiounits/StreamConversion.h"
 #include "audiounits/devices/AudioDevice.h"
 #include "audiounits/devices/RateConverter.h"
 
@@ -83,46 +83,6 @@ FormatConverter::FormatConverter() = default;
 
 FormatConverter::~FormatConverter() = default;
 
-OSStatus FormatConverter::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
-                                      AudioUnitElement element, const void* data,
-                                      std::uint32_t size) {
-    if (scope == kAudioUnitScope_Input)
-        return m_inputs.setProperty(property, element, data, size);
-    if (property != kAudioUnitProperty_StreamFormat)
-        return kAudioUnitErr_InvalidProperty;
-    StreamDescription format;
-    if (const OSStatus wrong = PropertyValue::read(data, size, format))
-        return wrong;
-    if (scope != kAudioUnitScope_Output)
-        return kAudioUnitErr_InvalidScope;
-    if (element != 0)
-        return kAudioUnitErr_InvalidElement;
-    if (!StreamConversion::supports(format))
-        return kAudioUnitErr_FormatNotSupported;
-    m_output = format;
-    return noErr;
-}
-
-OSStatus FormatConverter::propertyInfo(AudioUnitPropertyID property, AudioUnitScope,
-                                       AudioUnitElement, std::uint32_t* size) {
-    if (property != kAudioUnitProperty_StreamFormat)
-        return kAudioUnitErr_InvalidProperty;
-    *size = sizeof(StreamDescription);
-    return noErr;
-}
-
-OSStatus FormatConverter::property(AudioUnitPropertyID property, AudioUnitScope scope,
-                                   AudioUnitElement element, void* data, std::uint32_t* size) {
-    if (property != kAudioUnitProperty_StreamFormat)
-        return kAudioUnitErr_InvalidProperty;
-    if (scope != kAudioUnitScope_Input && scope != kAudioUnitScope_Output)
-        return kAudioUnitErr_InvalidScope;
-    if (element != 0)
-        return kAudioUnitErr_InvalidElement;
-    const bool input = scope == kAudioUnitScope_Input;
-    return PropertyValue::write(input ? m_inputs.table()[0].format : m_output, data, size);
-}
-
 OSStatus FormatConverter::initialise() {
     auto workspace = std::make_unique<Workspace>(m_inputs.table()[0].format, m_output);
     if (!workspace->usable())
@@ -138,12 +98,8 @@ OSStatus FormatConverter::uninitialise() {
 
 OSStatus FormatConverter::render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
                                  std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
-    if (!m_workspace)
-        return kAudioUnitErr_Uninitialized;
-    if (bus != 0)
-        return kAudioUnitErr_InvalidElement;
-    if (frames > kMaximumDeviceFrames)
-        return kAudioUnitErr_TooManyFramesToProcess;
+    if (const OSStatus wrong = checkRender(m_workspace != nullptr, bus, frames))
+        return wrong;
     if (const OSStatus status = m_workspace->fill(m_inputs.table()[0], *time, frames))
         return status;
     const auto left = m_workspace->channel(0, frames);

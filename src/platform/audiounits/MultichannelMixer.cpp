@@ -4,6 +4,7 @@
 #include <array>
 
 #include "audiounits/PropertyValue.h"
+#include "audiounits/StreamConversion.h"
 #include "audiounits/devices/AudioDevice.h"
 #include "log/Log.h"
 
@@ -20,69 +21,26 @@ struct MultichannelMixer::Workspace {
 OSStatus MultichannelMixer::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
                                         AudioUnitElement element, const void* data,
                                         std::uint32_t size) {
-    if (property == kAudioUnitProperty_StreamFormat)
-        return setFormat(scope, element, data, size);
-    if (property == kAudioUnitProperty_ElementCount) {
-        std::uint32_t count = 0;
-        if (const OSStatus wrong = PropertyValue::read(data, size, count))
-            return wrong;
-        if (scope != kAudioUnitScope_Input)
-            return kAudioUnitErr_PropertyNotWritable;
-        if (count > kMaximumBuses)
-            return kAudioUnitErr_InvalidPropertyValue;
-        m_inputs.setCount(count);
-        return noErr;
-    }
-    if (scope != kAudioUnitScope_Input)
-        return property == kAudioUnitProperty_MakeConnection ||
-                       property == kAudioUnitProperty_SetRenderCallback
-                   ? kAudioUnitErr_InvalidScope
-                   : kAudioUnitErr_InvalidProperty;
-    return m_inputs.setProperty(property, element, data, size);
-}
-
-OSStatus MultichannelMixer::setFormat(AudioUnitScope scope, AudioUnitElement element,
-                                      const void* data, std::uint32_t size) {
-    StreamDescription format;
-    if (const OSStatus wrong = PropertyValue::read(data, size, format))
-        return wrong;
-    if (!StreamConversion::supports(format) || format.mSampleRate != kGraphRate)
-        return kAudioUnitErr_FormatNotSupported;
-    if (scope == kAudioUnitScope_Input)
-        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, element, data, size);
-    if (scope != kAudioUnitScope_Output)
-        return kAudioUnitErr_InvalidScope;
-    if (element != 0)
-        return kAudioUnitErr_InvalidElement;
-    m_output = format;
-    return noErr;
-}
-
-OSStatus MultichannelMixer::propertyInfo(AudioUnitPropertyID property, AudioUnitScope,
-                                         AudioUnitElement, std::uint32_t* size) {
-    if (property == kAudioUnitProperty_StreamFormat)
-        *size = sizeof(StreamDescription);
-    else if (property == kAudioUnitProperty_ElementCount)
-        *size = sizeof(std::uint32_t);
-    else
-        return kAudioUnitErr_InvalidProperty;
-    return noErr;
-}
-
-OSStatus MultichannelMixer::property(AudioUnitPropertyID property, AudioUnitScope scope,
-                                     AudioUnitElement element, void* data, std::uint32_t* size) {
-    const bool input = scope == kAudioUnitScope_Input;
-    if (!input && scope != kAudioUnitScope_Output)
-        return kAudioUnitErr_InvalidScope;
-    const auto& buses = m_inputs.table();
-    const std::uint32_t count = input ? static_cast<std::uint32_t>(buses.size()) : 1;
     if (property == kAudioUnitProperty_ElementCount)
-        return PropertyValue::write(count, data, size);
-    if (property != kAudioUnitProperty_StreamFormat)
-        return kAudioUnitErr_InvalidProperty;
-    if (element >= count)
-        return kAudioUnitErr_InvalidElement;
-    return PropertyValue::write(input ? buses[element].format : m_output, data, size);
+        return setBusCount(scope, data, size);
+    return StreamUnit::setProperty(property, scope, element, data, size);
+}
+
+OSStatus MultichannelMixer::setBusCount(AudioUnitScope scope, const void* data,
+                                        std::uint32_t size) {
+    std::uint32_t count = 0;
+    if (const OSStatus wrong = PropertyValue::read(data, size, count))
+        return wrong;
+    if (scope != kAudioUnitScope_Input)
+        return kAudioUnitErr_PropertyNotWritable;
+    if (count > kMaximumBuses)
+        return kAudioUnitErr_InvalidPropertyValue;
+    m_inputs.setCount(count);
+    return noErr;
+}
+
+bool MultichannelMixer::takes(const StreamDescription& format) const {
+    return StreamUnit::takes(format) && format.mSampleRate == kGraphRate;
 }
 
 OSStatus MultichannelMixer::initialise() {
@@ -97,12 +55,8 @@ OSStatus MultichannelMixer::uninitialise() {
 
 OSStatus MultichannelMixer::render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
                                    std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
-    if (!m_workspace)
-        return kAudioUnitErr_Uninitialized;
-    if (bus != 0)
-        return kAudioUnitErr_InvalidElement;
-    if (frames > kMaximumDeviceFrames)
-        return kAudioUnitErr_TooManyFramesToProcess;
+    if (const OSStatus wrong = checkRender(m_workspace != nullptr, bus, frames))
+        return wrong;
     const auto& buses = m_inputs.table();
     if (!passThrough(buses, flags, time, frames, data))
         mix(buses, flags, time, frames, data);

@@ -3,21 +3,15 @@
 #include <memory>
 #include <vector>
 
-#include "audiounits/AudioUnit.h"
-#include "audiounits/InputBuses.h"
-#include "audiounits/StreamConversion.h"
+#include "audiounits/StreamUnit.h"
 
 /// Sums any number of input buses, each in the stream format set on it, into one output bus, with
 /// saturation. All run at the graph's rate. A mono bus is heard on every output channel; a stereo
 /// bus in a mono output is the mean of its channels. A single 16-bit mono bus passes bit for bit.
-class MultichannelMixer final : public AudioUnitInstance {
+class MultichannelMixer final : public StreamUnit {
   public:
     OSStatus setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
                          AudioUnitElement element, const void* data, std::uint32_t size) override;
-    OSStatus propertyInfo(AudioUnitPropertyID property, AudioUnitScope scope,
-                          AudioUnitElement element, std::uint32_t* size) override;
-    OSStatus property(AudioUnitPropertyID property, AudioUnitScope scope, AudioUnitElement element,
-                      void* data, std::uint32_t* size) override;
     OSStatus initialise() override;
     OSStatus uninitialise() override;
     OSStatus render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
@@ -26,8 +20,8 @@ class MultichannelMixer final : public AudioUnitInstance {
   private:
     struct Workspace;  // what a render needs, allocated at initialise
 
-    OSStatus setFormat(AudioUnitScope scope, AudioUnitElement element, const void* data,
-                       std::uint32_t size);
+    bool takes(const StreamDescription& format) const override;
+    OSStatus setBusCount(AudioUnitScope scope, const void* data, std::uint32_t size);
     bool passThrough(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
                      const AudioTimeStamp* time, std::uint32_t frames,
                      AudioBufferList* data) const noexcept;
@@ -36,7 +30,5 @@ class MultichannelMixer final : public AudioUnitInstance {
     bool addBus(const InputBus& bus, AudioUnitElement element, const AudioTimeStamp* time,
                 std::uint32_t frames) noexcept;
 
-    InputBuses m_inputs{1};
-    StreamDescription m_output = StreamDescription::sint16(1);
-    std::shared_ptr<Workspace> m_workspace;
+    std::shared_ptr<Workspace> m_workspace;  // set while initialised
 };
