@@ -42,7 +42,8 @@ std::optional<std::vector<std::int16_t>> rendered(const std::string& file) {
     if (file != bytesOf(like) || like.data.size() % 2 != 0)
         return std::nullopt;
     std::vector<std::int16_t> samples(like.data.size() / 2);
-    std::memcpy(samples.data(), like.data.data(), like.data.size());
+    if (!samples.empty())
+        std::memcpy(samples.data(), like.data.data(), like.data.size());
     return samples;
 }
 
