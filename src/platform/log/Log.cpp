@@ -21,15 +21,17 @@ struct Diary {
     bool verbose = false;
 };
 
+// Never destroyed: a sound that loads in the background may log after main has returned.
 Diary& diary() {
-    static Diary diary;
-    return diary;
+    static auto* const diary = new Diary;
+    return *diary;
 }
 
 // Statuses said by renders: a slot is empty while it holds 0, so any thread may claim one.
 std::array<std::atomic<std::int32_t>, kRenderSlots> renderSlots;
 std::atomic<std::uint32_t> nextRenderSlot{0};
 std::atomic<std::uint32_t> droppedStatuses{0};
+std::atomic<std::uint32_t> renderStatuses{0};  // all of them, counted once they can be read
 
 std::string formatted(const char* format, va_list arguments) {
     std::array<char, 2048> text;
@@ -67,12 +69,18 @@ void Log::status(std::int32_t status) noexcept {
     auto& slot = renderSlots[nextRenderSlot.fetch_add(1, std::memory_order_relaxed) % kRenderSlots];
     if (!slot.compare_exchange_strong(empty, status, std::memory_order_relaxed))
         droppedStatuses.fetch_add(1, std::memory_order_relaxed);
+    renderStatuses.fetch_add(1, std::memory_order_release);
 }
 
 void Log::drain() {
+    // Called after every buffer, which as a rule had nothing to say.
+    static std::atomic<std::uint32_t> heard{0};
+    const std::uint32_t said = renderStatuses.load(std::memory_order_acquire);
+    if (heard.exchange(said, std::memory_order_relaxed) == said)
+        return;
     for (auto& slot : renderSlots) {
-        if (const std::int32_t said = slot.exchange(0, std::memory_order_relaxed))
-            line("AU Error %d / %x", said, static_cast<unsigned>(said));
+        if (const std::int32_t status = slot.exchange(0, std::memory_order_relaxed))
+            line("AU Error %d / %x", status, static_cast<unsigned>(status));
     }
     if (const std::uint32_t dropped = droppedStatuses.exchange(0, std::memory_order_relaxed))
         line("%u more errors while rendering", dropped);
