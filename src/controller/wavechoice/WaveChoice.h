@@ -5,6 +5,7 @@
 #include <string>
 
 #include "VornWave2.h"
+#include "VornWaveSequence.h"
 #include "startup/Voices.h"
 
 /// Names to files, and the one sound that all voices play. [main]
@@ -48,10 +49,30 @@ class WaveChoice {
     /// cannot be loaded leaves the sound in use as it was and answers why.
     Loaded setWaveTo(const std::string& path);
 
+    /// Makes samples in memory the sound in use: it has no file until it is stored.
+    void useUnsaved(std::shared_ptr<VornWave2> wave);
+    /// What the voices play; null before anything was chosen.
+    const std::shared_ptr<VornWaveSequence>& currentWave() const { return m_currentWave; }
+    /// After the sound in use was stored, under the file name it has now.
+    void setCurrentWaveFilename(std::optional<std::string> filename) {
+        m_currentWaveFilename = std::move(filename);
+    }
+
+    /// Writes a sound as a 16-bit mono WAV file: aside first, so that what stands at `path` is
+    /// replaced by the whole file or stays. Answers one line when it failed, else nothing.
+    [[nodiscard]] static std::string storeWave(const VornWaveSequence& wave,
+                                               const std::string& path);
+    /// "BASE Audio", or "BASE Audio 2" and so on: the first whose WAV file is not in the data
+    /// folder.
+    static std::string findAvailableWaveName(const std::string& base);
+    /// Whether a shipped or a user's sound has this name (without extension).
+    static bool hasWaveWithName(const std::string& name);
+
     /// File name of the sound in use; none when it has no file.
     const std::optional<std::string>& currentWaveFilename() const { return m_currentWaveFilename; }
 
   private:
     Voices& m_voices;
+    std::shared_ptr<VornWaveSequence> m_currentWave;
     std::optional<std::string> m_currentWaveFilename;
 };

@@ -15,6 +15,13 @@ double Clock::now() noexcept {
     return std::chrono::duration<double>(sinceEpoch).count() - kReferenceDate;
 }
 
+double Clock::monotonic() noexcept {
+    if (TimeSource* replaced = source.load(std::memory_order_acquire))
+        return replaced->now();
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(sinceStart).count();
+}
+
 void Clock::setSource(TimeSource* replacement) noexcept {
     source.store(replacement, std::memory_order_release);
 }

@@ -12,6 +12,9 @@ class TimeSource {
 namespace Clock {
 /// [any thread]
 double now() noexcept;
+/// [any thread] Seconds that no one turns back: for spans and timers. A source of our own answers
+/// for this clock too.
+double monotonic() noexcept;
 /// [control] Not owned; null is the system's clock.
 void setSource(TimeSource* source) noexcept;
 }  // namespace Clock

@@ -199,6 +199,10 @@ std::uint32_t VornWave2::write(std::uint32_t frames, float* into) const {
     return frames;
 }
 
+std::shared_ptr<WaveAccess> VornWave2::sliceBlockFrom(std::uint32_t, std::uint32_t) const {
+    return nullptr;
+}
+
 std::string VornWave2::loadError() const {
     return bkgLoadState() == loaded ? m_loadError : std::string();
 }

@@ -39,6 +39,12 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
                                                               std::uint32_t length,
                                                               const StreamDescription& description,
                                                               const std::string& nameHint);
+    /// A new wave in memory of `length` zeros in `description`'s channels, to be written into
+    /// through `mutableData` and to be saved into `folder` if it is saved.
+    static std::shared_ptr<VornWave2> mutableWaveOfLength(std::uint32_t length,
+                                                          const StreamDescription& description,
+                                                          const std::string& nameHint,
+                                                          const std::string& folder);
     ~VornWave2() override;
     VornWave2(const VornWave2&) = delete;
     VornWave2& operator=(const VornWave2&) = delete;
@@ -58,6 +64,20 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     WaveWindowList retrieveWindowsAt(std::uint32_t at, std::uint32_t* count) const override;
     /// `frames` is not clamped.
     std::uint32_t write(std::uint32_t frames, float* into) const override;
+
+    std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t from,
+                                               std::uint32_t count) const override;
+
+    /// Memory of a wave from `mutableWaveOfLength`; null for every other wave. [main]
+    float* mutableData();
+    /// Does nothing.
+    void mapOut() {}
+    /// Writes the wave in its own format; failures are logged. False when the file is not whole.
+    bool writeWavFile(const std::string& path) const;
+    /// The same into `folder`; the wave then has that file's name and counts as on disk.
+    bool saveTo(const std::string& file, const std::string& folder);
+    /// Where a wave from `mutableWaveOfLength` may be saved; else empty.
+    const std::string& folder() const { return m_folder; }
 
     /// [any thread] A LoadState.
     std::int32_t bkgLoadState() const { return m_loadState.load(std::memory_order_acquire); }
@@ -101,6 +121,8 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     std::int32_t m_residency = inMemory;
     std::string m_filename;
     std::string m_fullPath;
+    std::string m_folder;
+    bool m_mutable = false;
     std::atomic<std::int32_t> m_loadState{notLoaded};
     std::unique_ptr<VornAudioFile> m_af;
     Shared<float> m_progress{0.f};

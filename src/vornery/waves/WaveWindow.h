@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <memory>
 
+class WaveAccess;
+
 /// How to step through a window's samples.
 enum class WaveFormat : std::int32_t {
     mono = 0,               // one float per frame
@@ -13,8 +15,8 @@ enum class WaveFormat : std::int32_t {
 /// A span of sample memory that some wave owns, handed out in lists. Points into memory that it
 /// does not keep alive: who reads a window keeps the sound that it came from.
 struct WaveWindow {
-    const void* owner = nullptr;  // block or wave that the samples belong to; identity only
-    const float* data = nullptr;  // first sample of the first frame; null ends a list
+    const WaveAccess* owner = nullptr;  // block or wave that the samples belong to; not retained
+    const float* data = nullptr;        // first sample of the first frame; null ends a list
     std::uint32_t frameCount = 0;
     std::int32_t format = 0;  // a WaveFormat
 };

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+class VornWave2;
+
+/// Numbers the waves of the sequences that are being written, in the order in which they are met.
+/// Keeps none of them alive. [main]
+class LookupTable {
+  public:
+    /// The wave's number, given to it now if it has none.
+    std::uint32_t referenceItem(const VornWave2* wave);
+    /// The waves by their numbers.
+    std::vector<const VornWave2*> itemList() const;
+    std::uint32_t count() const { return std::uint32_t(m_indices.size()); }
+
+  private:
+    std::map<const VornWave2*, std::uint32_t> m_indices;
+};

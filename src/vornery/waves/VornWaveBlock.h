@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "WaveAccess.h"
+
+/// Which samples of a stereo sound are read.
+enum class ExtractType : std::int32_t {
+    all = 0,
+    first = 1,   // the first sample of each frame
+    second = 2,  // the second one
+};
+
+/// A span of one wave, or of silence, which owns no memory. Its span never changes; silence becomes
+/// a wave when it is given memory. Read on any thread, made and changed on the main thread.
+class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this<VornWaveBlock> {
+  public:
+    /// Nothing is checked: a span that leaves the wave is clamped when it is read.
+    static std::shared_ptr<VornWaveBlock> blockWithWave(std::shared_ptr<VornWave2> wave,
+                                                        std::uint32_t start, std::uint32_t count);
+    /// The whole wave.
+    static std::shared_ptr<VornWaveBlock> blockWithWave(std::shared_ptr<VornWave2> wave);
+    /// Silence at 44100 Hz, 1 or 2 channels. `folder` is where it could be saved if it is ever
+    /// given memory; may be empty.
+    static std::shared_ptr<VornWaveBlock> blockOfSilenceLength(std::uint32_t length,
+                                                               std::uint32_t channels,
+                                                               const std::string& folder);
+
+    std::uint32_t sampleCount() const override { return m_frameCount; }
+    std::uint32_t frameCount() const { return m_frameCount; }
+    std::uint32_t startIndex() const { return m_startIndex; }
+    const StreamDescription* audioDescription() const override { return &m_myAudioDescription; }
+    bool isSilence() const { return !m_wave; }
+    bool hasWave() const { return m_wave != nullptr; }
+    const std::shared_ptr<VornWave2>& waveOrNil() const { return m_wave; }
+    /// Empty for a block that was made from a wave.
+    const std::string& silenceFolder() const { return m_silenceFolder; }
+
+    /// Long silence comes in chunks of 44100 frames, stereo in chunks of 22050.
+    WaveWindowList retrieveWindowsAt(std::uint32_t at, std::uint32_t* count) const override;
+    /// Null for silence, with count and format untouched.
+    const float* retrieveWindowAt(std::uint32_t at, std::uint32_t* count,
+                                  std::int32_t* format) const override;
+    /// Raw, in the block's own layout.
+    std::uint32_t write(std::uint32_t frames, float* into) const override;
+    /// In `channels` channels: mono is doubled, stereo becomes its mean. Returns the frames
+    /// written.
+    std::uint32_t write(std::uint32_t frames, float* into, std::uint32_t channels) const;
+    /// The same, but of a stereo source one channel only, unless all are asked for.
+    std::uint32_t extract(std::uint32_t frames, ExtractType type, float* into,
+                          std::uint32_t channels) const;
+
+    std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t from,
+                                               std::uint32_t count) const override;
+    /// The same slice as a block, and as a sequence of it.
+    std::shared_ptr<VornWaveBlock> slice(std::uint32_t from, std::uint32_t count) const;
+    std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t from, std::uint32_t count) const;
+    std::shared_ptr<VornWave2> flattenInto(const std::string& folder, std::uint32_t channels) const;
+
+    /// Gives silence a wave of its own, zeros at first. [main]
+    void ensureSilentWave();
+    /// Memory that can be written, given to silence first; null for a wave that offers none. [main]
+    float* mutableData();
+
+  private:
+    VornWaveBlock() = default;
+
+    std::shared_ptr<VornWave2> m_wave;
+    std::uint32_t m_startIndex = 0;
+    std::uint32_t m_frameCount = 0;
+    StreamDescription m_myAudioDescription;
+    std::string m_silenceFolder;
+};
