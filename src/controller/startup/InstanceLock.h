@@ -22,7 +22,7 @@ class InstanceLock {
     /// whether it did. Also true for the place that this process holds.
     template <typename Work>
     bool whileFree(int ordinal, Work work) {
-        if (ordinal == m_ordinal) {
+        if (ordinal > 0 && ordinal == m_ordinal) {
             work();
             return true;
         }
@@ -41,9 +41,12 @@ class InstanceLock {
         Place(const Place&) = delete;
         Place& operator=(const Place&) = delete;
         bool held() const { return m_file >= 0; }
+        /// A living process has it; false also when it could not be asked for.
+        bool taken() const { return m_taken; }
 
       private:
         int m_file = -1;
+        bool m_taken = false;
     };
 
     std::string m_folder;
