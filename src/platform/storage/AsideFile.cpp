@@ -40,16 +40,6 @@ bool renameWithoutReplacing(const char* from, const char* to) {
 
 }  // namespace
 
-void syncFolderOf(const std::string& path) {
-    const fs::path folder = fs::path(path).parent_path();
-    const int file =
-        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (file < 0)
-        return;
-    ::fsync(file);
-    ::close(file);
-}
-
 AsideFile::AsideFile(const std::string& target)
     : m_target(behindLinks(target)), m_path(asideName(m_target)) {
     m_file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);

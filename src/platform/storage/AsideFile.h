@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "storage/WriteAll.h"
+
 /// A file in the making, beside the place that it is for and under a hidden name. Put there it is
 /// whole and on disk; otherwise it goes with this object. After a failure `error` is one line that
 /// names the place. [any thread but render]
@@ -40,6 +42,3 @@ class AsideFile {
     std::string m_error;
     int m_file = -1;
 };
-
-/// Makes the folder's list of files last through a power cut, where the system can.
-void syncFolderOf(const std::string& path);
