@@ -69,11 +69,11 @@ def set_preamp(name, preamp):
     TABLE.write_text(text[:start] + block + (text[end:] if end > 0 else "\n"))
 
 
-def balance(rounds=5):
+def balance(rounds=6):
     for _ in range(rounds):
         presets = shipped_presets()
         for name, found in render(presets).items():
-            change = 10 ** ((LOUDNESS - found["loudness"]) / 20)
+            change = 10 ** ((LOUDNESS - found["loudness"]) / 25)  # the automatic gain pushes back
             if abs(LOUDNESS - found["loudness"]) > 0.25:
                 set_preamp(name, min(max(presets[name]["preamp"] * change, 0.01), 1.25))
 

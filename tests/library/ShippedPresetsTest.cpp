@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -5,7 +6,9 @@
 
 #include "Player.h"
 #include "RandomSource.h"
+#include "ScratchFolder.h"
 #include "SoundMeasures.h"
+#include "parameters/PresetStore.h"
 #include "propertylists/PropertyList.h"
 
 namespace {
@@ -63,6 +66,17 @@ TEST(ShippedPresets, showAllThatTheInstrumentDoes) {
     }
     EXPECT_EQ(modes.size(), 7u);
     EXPECT_EQ(used.size(), kParameterCount - 1);  // all but the mode
+}
+
+TEST(ShippedPresets, areWhatANewUserHas) {
+    const ScratchFolder folder;
+    std::vector<std::string> told;
+    const PresetStore store(folder.file("presets.plist"),
+                            WaveChoice::resource("default-presets.plist").value_or(""),
+                            [&](const std::string& line) { told.push_back(line); });
+    EXPECT_THAT(told, testing::IsEmpty());
+    EXPECT_EQ(store.presets().size(), shippedPresets().size());
+    EXPECT_EQ(store.hasPresetWithName("Default Sound"), -1);
 }
 
 TEST_P(ShippedPreset, isHeardAsLoudAsTheOthersAndMadeAgain) {
