@@ -1,33 +1,18 @@
-#include "audiounits/MultichannelMixer.h"
+#include "audiounits/BusMixer.h"
 
 #include <algorithm>
-#include <array>
 
 #include "audiounits/PropertyValue.h"
-#include "audiounits/StreamConversion.h"
-#include "audiounits/devices/AudioDevice.h"
 #include "log/Log.h"
 
-namespace {
-constexpr std::uint32_t kMaximumBuses = 1024;
-}
-
-struct MultichannelMixer::Workspace {
-    StreamScratch scratch{kMaximumDeviceFrames};
-    std::array<std::array<float, kMaximumDeviceFrames>, 2> sums;
-    std::array<float, kMaximumDeviceFrames> channel;
-};
-
-OSStatus MultichannelMixer::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
-                                        AudioUnitElement element, const void* data,
-                                        std::uint32_t size) {
+OSStatus BusMixer::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
+                               AudioUnitElement element, const void* data, std::uint32_t size) {
     if (property == kAudioUnitProperty_ElementCount)
         return setBusCount(scope, data, size);
     return StreamUnit::setProperty(property, scope, element, data, size);
 }
 
-OSStatus MultichannelMixer::setBusCount(AudioUnitScope scope, const void* data,
-                                        std::uint32_t size) {
+OSStatus BusMixer::setBusCount(AudioUnitScope scope, const void* data, std::uint32_t size) {
     std::uint32_t count = 0;
     if (const OSStatus wrong = PropertyValue::read(data, size, count))
         return wrong;
@@ -39,22 +24,22 @@ OSStatus MultichannelMixer::setBusCount(AudioUnitScope scope, const void* data,
     return noErr;
 }
 
-bool MultichannelMixer::takes(const StreamDescription& format) const {
+bool BusMixer::takes(const StreamDescription& format) const {
     return StreamUnit::takes(format) && format.mSampleRate == kGraphRate;
 }
 
-OSStatus MultichannelMixer::initialise() {
-    m_workspace = std::make_shared<Workspace>();
+OSStatus BusMixer::initialise() {
+    m_workspace = std::make_unique<Workspace>();
     return noErr;
 }
 
-OSStatus MultichannelMixer::uninitialise() {
+OSStatus BusMixer::uninitialise() {
     m_workspace.reset();
     return noErr;
 }
 
-OSStatus MultichannelMixer::render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
-                                   std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
+OSStatus BusMixer::render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
+                          std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) {
     if (const OSStatus wrong = checkRender(m_workspace != nullptr, bus, frames))
         return wrong;
     const auto& buses = m_inputs.table();
@@ -63,9 +48,9 @@ OSStatus MultichannelMixer::render(AudioUnitRenderActionFlags* flags, const Audi
     return noErr;
 }
 
-bool MultichannelMixer::passThrough(const InputBuses::Table& buses,
-                                    AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
-                                    std::uint32_t frames, AudioBufferList* data) const noexcept {
+bool BusMixer::passThrough(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
+                           const AudioTimeStamp* time, std::uint32_t frames,
+                           AudioBufferList* data) noexcept {
     const auto connected = [](const InputBus& bus) { return bus.connected(); };
     const auto only = std::ranges::find_if(buses, connected);
     if (only == buses.end() || std::ranges::count_if(buses, connected) != 1)
@@ -73,6 +58,8 @@ bool MultichannelMixer::passThrough(const InputBuses::Table& buses,
     if (only->format != m_output || m_output != StreamDescription::sint16(1))
         return false;
     const auto element = static_cast<AudioUnitElement>(only - buses.begin());
+    if (!leavesAlone(element))
+        return false;
     *flags &= ~kAudioUnitRenderAction_OutputIsSilence;
     const OSStatus status = only->pull(flags, time, element, frames, data);
     if (status != noErr) {
@@ -83,9 +70,9 @@ bool MultichannelMixer::passThrough(const InputBuses::Table& buses,
     return true;
 }
 
-void MultichannelMixer::mix(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
-                            const AudioTimeStamp* time, std::uint32_t frames,
-                            AudioBufferList* data) noexcept {
+void BusMixer::mix(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
+                   const AudioTimeStamp* time, std::uint32_t frames,
+                   AudioBufferList* data) noexcept {
     auto& sums = m_workspace->sums;
     for (auto& sum : sums)
         std::fill_n(sum.begin(), frames, 0.f);
@@ -106,8 +93,8 @@ void MultichannelMixer::mix(const InputBuses::Table& buses, AudioUnitRenderActio
         *flags |= kAudioUnitRenderAction_OutputIsSilence;
 }
 
-bool MultichannelMixer::addBus(const InputBus& bus, AudioUnitElement element,
-                               const AudioTimeStamp* time, std::uint32_t frames) noexcept {
+bool BusMixer::addBus(const InputBus& bus, AudioUnitElement element, const AudioTimeStamp* time,
+                      std::uint32_t frames) noexcept {
     AudioUnitRenderActionFlags flags = 0;
     AudioBufferList pulled = m_workspace->scratch.list(bus.format, frames);
     if (const OSStatus status = bus.pull(&flags, time, element, frames, &pulled)) {
@@ -116,11 +103,6 @@ bool MultichannelMixer::addBus(const InputBus& bus, AudioUnitElement element,
     }
     if (flags & kAudioUnitRenderAction_OutputIsSilence)
         return false;
-    auto& channel = m_workspace->channel;
-    for (std::uint32_t c = 0; c < 2; ++c) {
-        StreamConversion::read(pulled, bus.format, c, {channel.data(), frames});
-        for (std::uint32_t i = 0; i < frames; ++i)
-            m_workspace->sums[c][i] += channel[i];
-    }
+    add({element, bus.format, pulled, frames}, *m_workspace);
     return true;
 }

@@ -1,15 +1,18 @@
 #pragma once
 
+#include <array>
 #include <memory>
-#include <vector>
 
+#include "audiounits/StreamConversion.h"
 #include "audiounits/StreamUnit.h"
+#include "audiounits/devices/AudioDevice.h"
 
-/// Sums any number of input buses, each in the stream format set on it, into one output bus, with
-/// saturation. All run at the graph's rate. A mono bus is heard on every output channel; a stereo
-/// bus in a mono output is the mean of its channels. A single 16-bit mono bus passes bit for bit.
-class MultichannelMixer final : public StreamUnit {
+/// What mixers have in common: any number of input buses (at most kMaximumBuses), each in the
+/// stream format set on it, all at the graph's rate, end in one output bus, with saturation.
+class BusMixer : public StreamUnit {
   public:
+    static constexpr std::uint32_t kMaximumBuses = 1024;
+
     OSStatus setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
                          AudioUnitElement element, const void* data, std::uint32_t size) override;
     OSStatus initialise() override;
@@ -17,18 +20,37 @@ class MultichannelMixer final : public StreamUnit {
     OSStatus render(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* time,
                     std::uint32_t bus, std::uint32_t frames, AudioBufferList* data) override;
 
-  private:
-    struct Workspace;  // what a render needs, allocated at initialise
+  protected:
+    /// What a render needs, allocated at initialise.
+    struct Workspace {
+        StreamScratch scratch{kMaximumDeviceFrames};
+        std::array<std::array<float, kMaximumDeviceFrames>, 2> sums;
+        std::array<float, kMaximumDeviceFrames> channel;  // room for one channel of a bus
+    };
+    /// The frames that came from one bus, in its own format.
+    struct Pulled {
+        AudioUnitElement element;
+        const StreamDescription& format;
+        const AudioBufferList& list;
+        std::uint32_t frames;
+    };
 
+    /// [render] Adds the bus to both sums. A mono output becomes their mean.
+    virtual void add(const Pulled& bus, Workspace& workspace) noexcept = 0;
+    /// [render] Whether add would leave the samples of a mono bus as they are. Then the only bus in
+    /// a mixer of the same format passes bit for bit.
+    virtual bool leavesAlone(AudioUnitElement element) noexcept = 0;
+
+  private:
     bool takes(const StreamDescription& format) const override;
     OSStatus setBusCount(AudioUnitScope scope, const void* data, std::uint32_t size);
     bool passThrough(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
                      const AudioTimeStamp* time, std::uint32_t frames,
-                     AudioBufferList* data) const noexcept;
+                     AudioBufferList* data) noexcept;
     void mix(const InputBuses::Table& buses, AudioUnitRenderActionFlags* flags,
              const AudioTimeStamp* time, std::uint32_t frames, AudioBufferList* data) noexcept;
     bool addBus(const InputBus& bus, AudioUnitElement element, const AudioTimeStamp* time,
                 std::uint32_t frames) noexcept;
 
-    std::shared_ptr<Workspace> m_workspace;  // set while initialised
+    std::unique_ptr<Workspace> m_workspace;  // set while initialised
 };
