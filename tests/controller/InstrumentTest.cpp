@@ -12,6 +12,7 @@
 #include "audiounits/RenderScope.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ManualDevice.h"
+#include "graph/Vornery.h"
 #include "log/Log.h"
 
 namespace {
@@ -68,11 +69,20 @@ class InstrumentTest : public testing::Test {
 };
 
 /// Ours and the plain one under the same random playing, sample by sample.
-class SameAsPlain : public InstrumentTest, public testing::WithParamInterface<std::uint32_t> {};
+class SameAsPlain : public InstrumentTest, public testing::WithParamInterface<std::uint32_t> {
+  protected:
+    void playRandomly();
+};
+
+/// The same with the final mixer that places its bus in space, where that starts.
+class SameInSpace : public SameAsPlain {
+  protected:
+    static void SetUpTestSuite() { Vornery::set3DMixerDesired(true); }
+};
 
 }  // namespace
 
-TEST_P(SameAsPlain, throughRandomPlaying) {
+void SameAsPlain::playRandomly() {
     SCOPED_TRACE(kSeed);
     const auto sound = soundOf(30000);
     playSound(sound);
@@ -107,6 +117,15 @@ TEST_P(SameAsPlain, throughRandomPlaying) {
     }
 }
 
+TEST_P(SameAsPlain, throughRandomPlaying) {
+    playRandomly();
+}
+
+TEST_P(SameInSpace, throughRandomPlaying) {
+    playRandomly();
+}
+
+INSTANTIATE_TEST_SUITE_P(Buffers, SameInSpace, testing::Values(441));
 INSTANTIATE_TEST_SUITE_P(Buffers, SameAsPlain, testing::Values(1, 7, 64, 441, 512, 1023, 8192));
 
 TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
