@@ -1,0 +1,116 @@
+#include "storage/AsideFile.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string behindLinks(const std::string& path) {
+    std::error_code missing;
+    const fs::path real = fs::canonical(path, missing);
+    return missing ? path : real.string();
+}
+
+std::string asideName(const fs::path& target) {
+    static std::atomic<unsigned> count{0};
+    const std::string own =
+        '.' + std::to_string(getpid()) + '.' + std::to_string(count++) + ".part";
+    // The longest name that file systems take has 255 bytes.
+    const std::string name = target.filename().string().substr(0, 254 - own.size());
+    return (target.parent_path() / ('.' + name + own)).string();
+}
+
+/// Fails with EEXIST where `to` exists. Not every file system has the first call, nor the second.
+bool renameWithoutReplacing(const char* from, const char* to) {
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+    return ::link(from, to) == 0 && ::unlink(from) == 0;
+}
+
+}  // namespace
+
+AsideFile::AsideFile(const std::string& target)
+    : m_target(behindLinks(target)), m_path(asideName(m_target)) {
+    m_file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (m_file < 0) {
+        fail();
+        m_path.clear();
+    }
+}
+
+AsideFile::~AsideFile() {
+    close();
+    if (!m_path.empty())
+        ::unlink(m_path.c_str());
+}
+
+bool AsideFile::fail() {
+    if (m_error.empty())
+        m_error = m_target + ": cannot write: " + std::strerror(errno);
+    return false;
+}
+
+bool AsideFile::close() {
+    const int file = m_file;
+    m_file = -1;
+    return file < 0 || ::close(file) == 0;
+}
+
+bool AsideFile::write(std::span<const std::uint8_t> bytes) {
+    while (m_error.empty() && !bytes.empty()) {
+        const ssize_t count = ::write(m_file, bytes.data(), bytes.size());
+        if (count > 0)
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            fail();
+    }
+    return m_error.empty();
+}
+
+bool AsideFile::sync() {
+    if (!m_error.empty() || m_file < 0)
+        return m_error.empty();
+    return (::fsync(m_file) == 0 && close()) || fail();
+}
+
+void AsideFile::settled() {
+    m_path.clear();
+    syncFolderOf(m_target);
+}
+
+bool AsideFile::replaceTarget() {
+    if (!sync())
+        return false;
+    struct stat old {};
+    if (::stat(m_target.c_str(), &old) == 0)
+        ::chmod(m_path.c_str(), old.st_mode & 07777);
+    if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+        return fail();
+    settled();
+    return true;
+}
+
+AsideFile::Put AsideFile::putNew(const std::string& path) {
+    if (!sync())
+        return Put::failed;
+    if (!renameWithoutReplacing(m_path.c_str(), path.c_str())) {
+        if (errno == EEXIST)
+            return Put::taken;
+        fail();
+        return Put::failed;
+    }
+    m_target = path;
+    settled();
+    return Put::done;
+}
