@@ -9,9 +9,11 @@
 #include "PlainInstrument.h"
 #include "RandomSource.h"
 #include "RenderWatch.h"
+#include "ScratchFolder.h"
 #include "audiounits/RenderScope.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ManualDevice.h"
+#include "files/VornAudioFile.h"
 #include "graph/Vornery.h"
 #include "log/Log.h"
 
@@ -134,6 +136,8 @@ TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
     playSound(soundOf(5000));
     m_instrument.play();
     std::vector<std::int16_t> out(8192);
+    const ScratchFolder folder;
+    m_instrument.recordingUnit().startRecordingTo(folder.file("a.wav"));
     const RenderWatch watch;
     for (int turn = 0; turn < 60; ++turn) {
         m_instrument.updateSettingsFromPreset(randomPreset(m_random));
@@ -145,6 +149,7 @@ TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
     }
     EXPECT_EQ(watch.renders(), 120u);
     EXPECT_THAT(watch.violations(), testing::IsEmpty());
+    m_instrument.recordingUnit().stopRecording();
 }
 
 TEST_F(InstrumentTest, startsWithTheSettingsThatEveryPresetBeginsFrom) {
@@ -197,4 +202,24 @@ TEST_F(InstrumentTest, silencesEverythingAtOnce) {
     m_instrument.silence();
     EXPECT_EQ(render(8192), std::vector<std::int16_t>(8192, 0));
     EXPECT_FALSE(m_instrument.keysSound());
+}
+
+TEST_F(InstrumentTest, recordsWhatIsHeard) {
+    const ScratchFolder folder;
+    playSound(soundOf(20000));
+    m_instrument.play();
+    m_instrument.recordingUnit().startRecordingTo(folder.file("a.wav"));
+    std::vector<std::int16_t> heard = render(1000);  // silence is a part of it
+    m_instrument.notes().midiNoteDown(60, 127);
+    for (const std::int16_t sample : render(5000))
+        heard.push_back(sample);
+    m_instrument.recordingUnit().stopRecording();
+    EXPECT_NE(heard.back(), 0);
+
+    VornAudioFile file(folder.file("a.wav"));
+    ASSERT_EQ(file.byteCount(), heard.size() * 2);
+    std::vector<std::int16_t> written(heard.size());
+    auto bytes = static_cast<std::uint32_t>(file.byteCount());
+    EXPECT_TRUE(file.ReadIntoBuffer(written.data(), &bytes));
+    EXPECT_EQ(written, heard);
 }
