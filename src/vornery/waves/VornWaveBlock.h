@@ -14,7 +14,8 @@ enum class ExtractType : std::int32_t {
 };
 
 /// A span of one wave, or of silence, which owns no memory. Its span never changes; silence becomes
-/// a wave when it is given memory. Read on any thread, made and changed on the main thread.
+/// a wave when it is given memory. Windows are read on any thread; copying, which logs, making and
+/// changing is for the main thread.
 class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this<VornWaveBlock> {
   public:
     /// Nothing is checked: a span that leaves the wave is clamped when it is read.
