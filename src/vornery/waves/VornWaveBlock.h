@@ -33,7 +33,7 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     std::uint32_t frameCount() const { return m_frameCount; }
     std::uint32_t startIndex() const { return m_startIndex; }
     const StreamDescription* audioDescription() const override { return &m_myAudioDescription; }
-    /// Of what `write(frames, into)` copies: 2 for stereo, else 1.
+    /// Of what `write(frames, into)` copies, at the most while the wave is loading.
     std::uint32_t floatsPerFrame() const;
     bool isSilence() const { return !m_wave; }
     bool hasWave() const { return m_wave != nullptr; }
