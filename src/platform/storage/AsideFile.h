@@ -39,7 +39,5 @@ class AsideFile {
     std::string m_path;
     std::string m_error;
     int m_file = -1;
+    std::uint64_t m_written = 0;
 };
-
-/// Makes the folder's list of files last through a power cut, where the system can.
-void syncFolderOf(const std::string& path);
