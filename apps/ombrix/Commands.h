@@ -11,3 +11,4 @@ inline constexpr int kExitBadUse = 2;  // bad use or bad input
 int renderCommand(std::span<char*> words);
 int playCommand(std::span<char*> words);
 int devicesCommand(std::span<char*> words);
+int presetsCommand(std::span<char*> words);

@@ -20,10 +20,6 @@ std::string inMebibytes(std::uint64_t bytes) {
     return std::to_string(bytes >> 20) + " MiB";
 }
 
-std::string quoted(const std::string& name) {
-    return '"' + oneLine(name) + '"';
-}
-
 std::string textOf(int code, const ZipLibrary& zip) {
     zip_error_t error;
     zip.zip_error_init_with_code(&error, code);
@@ -136,13 +132,13 @@ std::string ZipReader::addEntry(std::uint64_t index) {
         return "has a damaged list of entries";
     const std::string name = status.name;
     if (!isSafeName(name))
-        return "holds an entry with the name " + quoted(name) + ", which is not allowed";
+        return "holds an entry with the name " + inQuotes(name) + ", which is not allowed";
     if (status.encryption_method != ZIP_EM_NONE)
-        return "holds " + quoted(name) + " encrypted, which cannot be read";
+        return "holds " + inQuotes(name) + " encrypted, which cannot be read";
     if (isSpecial(attributes))
-        return "holds " + quoted(name) + ", which is a link or a device, not a file";
+        return "holds " + inQuotes(name) + ", which is a link or a device, not a file";
     if (indexOf(name))
-        return "holds " + quoted(name) + " twice";
+        return "holds " + inQuotes(name) + " twice";
     m_entries.push_back(
         {name, status.comp_method == ZIP_CM_STORE || status.comp_method == ZIP_CM_DEFLATE});
     return "";
@@ -159,7 +155,7 @@ std::optional<std::uint64_t> ZipReader::indexOf(const std::string& name) const {
 bool ZipReader::unpack(const std::string& name, std::uint64_t limit, const Sink& sink,
                        std::string& error) {
     const auto refuse = [&](const std::string& why) {
-        error = m_path + ": " + quoted(name) + ' ' + why;
+        error = m_path + ": " + inQuotes(name) + ' ' + why;
         return false;
     };
     const auto index = indexOf(name);
