@@ -10,6 +10,7 @@
 #include "Signals.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
+#include "parameters/PresetNames.h"
 #include "recording/AudioTake.h"
 #include "runloop/Clock.h"
 #include "startup/Instrument.h"
@@ -40,18 +41,27 @@ struct Request {
     std::string path;
     std::string device;
     double seconds = AudioTake::kLongestTake;
-    AsideFile::Existing existing = AsideFile::Existing::keep;
+    FileNames::Existing existing = FileNames::Existing::keep;
 };
+
+/// Names of sounds are file names: what would lead elsewhere is refused.
+std::string faultOf(const std::string& name) {
+    if (name.find('/') != std::string::npos || name == kExtension)
+        return "not a plain file name";
+    const std::string fault = PresetNames::waveFault(name);
+    return fault.empty() ? PresetNames::waveFault(name + std::string(kExtension)) : fault;
+}
 
 std::string readName(const Arguments& arguments, Request& request) {
     if (arguments.words().size() != 1)
         return arguments.words().empty() ? "name the sound to record"
                                          : "one name at a time, not " + arguments.words()[1];
-    request.filename = arguments.words()[0];
-    if (!request.filename.ends_with(kExtension))
-        request.filename += kExtension;
-    const std::string refusal = WaveChoice::refusalOfName(request.filename);
-    return refusal.empty() ? "" : arguments.words()[0] + " cannot be the name: " + refusal;
+    std::string name = arguments.words()[0];
+    if (name.ends_with(kExtension) && name != kExtension)
+        name.resize(name.size() - kExtension.size());
+    request.filename = name + std::string(kExtension);
+    const std::string fault = faultOf(name);
+    return fault.empty() ? "" : "give the sound another name, this one is " + fault;
 }
 
 std::string readRequest(const Arguments& arguments, Request& request) {
@@ -59,7 +69,7 @@ std::string readRequest(const Arguments& arguments, Request& request) {
         return error;
     request.path = WaveChoice::dataFile(request.filename);
     if (arguments.has("force"))
-        request.existing = AsideFile::Existing::replace;
+        request.existing = FileNames::Existing::replace;
     if (const auto text = arguments.value("seconds")) {
         const auto seconds = decimalNumber(*text);
         if (!seconds || *seconds <= 0 || *seconds > AudioTake::kLongestTake)

@@ -87,11 +87,11 @@ TEST_F(UnsavedTakeTest, survivesItsProcessAndIsTakenOverOnlyThen) {
 
     neighbour.kill();
     EXPECT_THAT(unsaved.leftOver(), ElementsAre(theirs));
-    ASSERT_EQ(unsaved.nameIt(m_folder.file("Mine.wav"), AsideFile::Existing::keep), "");
+    ASSERT_EQ(unsaved.nameIt(m_folder.file("Mine.wav"), FileNames::Existing::keep), "");
     EXPECT_EQ(framesOf(m_folder.file("Mine.wav")), 300u);
     ASSERT_TRUE(unsaved.adopt(theirs, error)) << error;
     EXPECT_THAT(unsaved.leftOver(), IsEmpty());
-    EXPECT_NE(unsaved.nameIt(m_folder.file("Mine.wav"), AsideFile::Existing::keep), "");
+    EXPECT_NE(unsaved.nameIt(m_folder.file("Mine.wav"), FileNames::Existing::keep), "");
     EXPECT_EQ(framesOf(unsaved.path()), 100u);
     unsaved.forget();
     EXPECT_FALSE(std::filesystem::exists(m_folder.file("-temporary-audio-recording- 2.tmp")));

@@ -98,6 +98,7 @@ PropertyListValue Preset::toPropertyList() const {
         dictionary.emplace(kWave, *wave);
     if (isProtected)
         dictionary.emplace(kProtected, true);
+    dictionary.insert(unknown.begin(), unknown.end());
     return dictionary;
 }
 

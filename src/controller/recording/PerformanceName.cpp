@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "storage/AsideFile.h"
+#include "storage/FileNames.h"
 #include "text/DateText.h"
 #include "wavechoice/WaveChoice.h"
 
@@ -43,7 +43,7 @@ std::string PerformanceName::reserve(double moment, std::string& error) {
     const std::string name = of(DateText::mediumDateShortTime(moment));
     for (int number = 1;; ++number) {
         std::string path = WaveChoice::dataFile(numbered(name, number));
-        if (AsideFile::reserve(path))
+        if (FileNames::reserve(path))
             return path;
         if (errno != EEXIST) {
             error = "cannot write " + path + ": " + std::strerror(errno);

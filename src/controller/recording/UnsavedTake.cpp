@@ -59,8 +59,8 @@ std::string UnsavedTake::store(const VornWaveSequence& take) {
     return error;
 }
 
-std::string UnsavedTake::nameIt(const std::string& path, AsideFile::Existing existing) {
-    std::string error = AsideFile::rename(m_path, path, existing);
+std::string UnsavedTake::nameIt(const std::string& path, FileNames::Existing existing) {
+    std::string error = FileNames::rename(m_path, path, existing);
     if (error.empty())
         m_path.clear();
     return error;
@@ -97,7 +97,7 @@ bool UnsavedTake::adopt(const std::string& path, std::string& error) {
         if (m_place.ordinal() == 0)
             return;
         const std::string own = freePath();
-        error = AsideFile::rename(path, own, AsideFile::Existing::keep);
+        error = FileNames::rename(path, own, FileNames::Existing::keep);
         if (error.empty())
             m_path = own;
     });

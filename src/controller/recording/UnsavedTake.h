@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "startup/InstanceLock.h"
-#include "storage/AsideFile.h"
+#include "storage/FileNames.h"
 #include "wavechoice/WaveChoice.h"
 
 /// Takes that have no name yet, as files in the data folder, so that a crash keeps them. A file
@@ -21,7 +21,7 @@ class UnsavedTake {
     const std::string& path() const { return m_path; }
     /// Gives the kept take the name `path` in the data folder. Answers one line when it failed; the
     /// take is kept then.
-    [[nodiscard]] std::string nameIt(const std::string& path, AsideFile::Existing existing);
+    [[nodiscard]] std::string nameIt(const std::string& path, FileNames::Existing existing);
     /// The take was stored under a name, or is not wanted: removes its file.
     void forget();
 

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "files/VornOutputAudioFile.h"
+#include "storage/AsideFile.h"
 
 namespace {
 
@@ -59,13 +60,15 @@ std::optional<std::vector<std::int16_t>> StoredWave::samplesOf(const VornWaveSeq
 }
 
 std::string StoredWave::store(const VornWaveSequence& wave, const std::string& path,
-                              AsideFile::Existing existing) {
+                              FileNames::Existing existing) {
     if (wave.sampleCount() > kMostFrames)
         return failure(path, "cannot be written: the sound is longer than a WAV file can be");
     const auto samples = samplesOf(wave);
     if (!samples)
         return failure(path, "cannot be written: the sound is not loaded");
     AsideFile aside(path);
+    if (!aside.error().empty())
+        return aside.error();
     VornOutputAudioFile file(aside.path(), kWaveFileType, StreamDescription::sint16(1));
     const auto bytes = static_cast<std::uint32_t>(samples->size() * sizeof(std::int16_t));
     std::uint32_t written = bytes;
@@ -74,5 +77,9 @@ std::string StoredWave::store(const VornWaveSequence& wave, const std::string& p
         return failure(path, audioFileWriteProblem(status));
     if (written != bytes)
         return failure(path, "cannot be written: not all of it was taken");
-    return aside.putInPlace(existing);
+    if (existing == FileNames::Existing::replace)
+        return aside.replaceTarget() ? "" : aside.error();
+    const AsideFile::Put put = aside.putNew(path);
+    return put == AsideFile::Put::taken ? failure(path, "exists already; choose another name")
+                                        : aside.error();
 }

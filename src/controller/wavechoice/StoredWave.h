@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "VornWaveSequence.h"
-#include "storage/AsideFile.h"
+#include "storage/FileNames.h"
 
 /// Sounds as the 16-bit mono WAV files that the data folder holds. [main]
 namespace StoredWave {
@@ -22,6 +22,6 @@ std::optional<std::vector<std::int16_t>> samplesOf(const VornWaveSequence& wave)
 /// Writes a sound aside and gives it the name `path`. Answers one line when it failed, else
 /// nothing; then all is as it was before.
 [[nodiscard]] std::string store(const VornWaveSequence& wave, const std::string& path,
-                                AsideFile::Existing existing);
+                                FileNames::Existing existing);
 
 }  // namespace StoredWave

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstring>
@@ -20,12 +19,6 @@ namespace {
 bool fileExists(const fs::path& path) {
     std::error_code ignored;
     return fs::exists(path, ignored);
-}
-
-constexpr std::size_t kLongestName = 255;  // bytes, on the file systems that there are
-
-bool isControl(char byte) {
-    return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7f;
 }
 
 bool startsWith(const std::string& text, const char* prefix) {
@@ -130,20 +123,6 @@ WaveChoice::Loaded WaveChoice::load(const std::string& path) {
     return loaded;
 }
 
-std::string WaveChoice::refusalOfName(const std::string& filename) {
-    if (filename.empty() || filename == ".wav")
-        return "an empty name";
-    if (filename.find_first_of("/\\") != std::string::npos)
-        return "a name must not hold / or \\";
-    if (filename.find("..") != std::string::npos)
-        return "a name must not hold \"..\"";
-    if (std::ranges::any_of(filename, isControl))
-        return "a name must not hold control characters";
-    if (filename.size() > kLongestName)
-        return "a name is at most 255 bytes long with its extension";
-    return "";
-}
-
 std::string WaveChoice::makeDataFolder() {
     const fs::path folder = fs::path(dataFile("x")).parent_path();
     std::error_code failed;
@@ -175,7 +154,7 @@ void WaveChoice::useUnsaved(std::shared_ptr<VornWave2> wave) {
 }
 
 std::string WaveChoice::storeWave(const VornWaveSequence& wave, const std::string& path) {
-    return StoredWave::store(wave, path, AsideFile::Existing::replace);
+    return StoredWave::store(wave, path, FileNames::Existing::replace);
 }
 
 std::string WaveChoice::findAvailableWaveName(const std::string& base) {

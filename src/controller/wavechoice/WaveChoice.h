@@ -35,9 +35,6 @@ class WaveChoice {
     static std::optional<std::string> builtInSound(const std::string& path);
     /// A preset's wave name without its folder prefix: "generated/sine" is "Sine Wave.wav".
     static std::string plainWaveName(const std::string& name);
-    /// Why a file in the data folder cannot be called so, in a few words; empty when it can: one
-    /// path component without control characters and "..", of at most 255 bytes.
-    static std::string refusalOfName(const std::string& filename);
     /// Creates the data folder if it is missing and sees whether it can be written to. Answers one
     /// line when not, else nothing.
     [[nodiscard]] static std::string makeDataFolder();

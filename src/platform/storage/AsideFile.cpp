@@ -1,7 +1,7 @@
 #include "storage/AsideFile.h"
 
 #include <fcntl.h>
-#include <stdio.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -9,7 +9,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "storage/WriteAll.h"
+#include "storage/FileNames.h"
 
 namespace fs = std::filesystem;
 
@@ -21,49 +21,88 @@ std::string behindLinks(const std::string& path) {
     return missing ? path : real.string();
 }
 
-/// Short, whatever the name that it stands for: that one may be as long as names can be.
-std::string asideName() {
+std::string asideName(const fs::path& target) {
     static std::atomic<unsigned> count{0};
-    return ".ombrix-" + std::to_string(getpid()) + '-' + std::to_string(count++) + ".part";
-}
-
-int renameKeeping(const char* from, const char* to) {
-    int failed = renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE);
-    if (failed && errno == EINVAL) {  // a file system that cannot refuse to replace
-        failed = link(from, to);
-        if (!failed)
-            unlink(from);
-    }
-    return failed;
+    const std::string own =
+        '.' + std::to_string(getpid()) + '.' + std::to_string(count++) + ".part";
+    // The longest name that file systems take has 255 bytes.
+    const std::string name = target.filename().string().substr(0, 254 - own.size());
+    return (target.parent_path() / ('.' + name + own)).string();
 }
 
 }  // namespace
 
-AsideFile::AsideFile(const std::string& path)
-    : m_target(behindLinks(path)), m_aside(fs::path(m_target).parent_path() / asideName()) {}
+AsideFile::AsideFile(const std::string& target)
+    : m_target(behindLinks(target)), m_path(asideName(m_target)) {
+    m_file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (m_file < 0) {
+        fail();
+        m_path.clear();
+    }
+}
 
 AsideFile::~AsideFile() {
-    if (!m_aside.empty())
-        ::unlink(m_aside.c_str());
+    close();
+    if (!m_path.empty())
+        ::unlink(m_path.c_str());
 }
 
-std::string AsideFile::putInPlace(Existing existing) {
-    std::string error = rename(m_aside, m_target, existing);
-    if (error.empty())
-        m_aside.clear();
-    return error;
+bool AsideFile::fail() {
+    if (m_error.empty())
+        m_error = m_target + ": cannot write: " + std::strerror(errno);
+    return false;
 }
 
-std::string AsideFile::rename(const std::string& from, const std::string& path, Existing existing) {
-    const int failed = existing == Existing::keep ? renameKeeping(from.c_str(), path.c_str())
-                                                  : ::rename(from.c_str(), path.c_str());
-    if (failed)
-        return "cannot write " + path + ": " + std::strerror(errno);
-    syncFolderOf(path);
-    return "";
+bool AsideFile::close() {
+    const int file = m_file;
+    m_file = -1;
+    return file < 0 || ::close(file) == 0;
 }
 
-bool AsideFile::reserve(const std::string& path) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    return file >= 0 && ::close(file) == 0;
+bool AsideFile::write(std::span<const std::uint8_t> bytes) {
+    while (m_error.empty() && !bytes.empty()) {
+        const ssize_t count = ::write(m_file, bytes.data(), bytes.size());
+        if (count > 0)
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            fail();
+    }
+    return m_error.empty();
+}
+
+bool AsideFile::sync() {
+    if (!m_error.empty() || m_file < 0)
+        return m_error.empty();
+    return (::fsync(m_file) == 0 && close()) || fail();
+}
+
+void AsideFile::settled() {
+    m_path.clear();
+    syncFolderOf(m_target);
+}
+
+bool AsideFile::replaceTarget() {
+    if (!sync())
+        return false;
+    struct stat old {};
+    if (::stat(m_target.c_str(), &old) == 0)
+        ::chmod(m_path.c_str(), old.st_mode & 07777);
+    if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+        return fail();
+    settled();
+    return true;
+}
+
+AsideFile::Put AsideFile::putNew(const std::string& path) {
+    if (!sync())
+        return Put::failed;
+    if (!FileNames::renameWithoutReplacing(m_path.c_str(), path.c_str())) {
+        if (errno == EEXIST)
+            return Put::taken;
+        fail();
+        return Put::failed;
+    }
+    m_target = path;
+    settled();
+    return Put::done;
 }

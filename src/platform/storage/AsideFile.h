@@ -1,36 +1,44 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 
-/// A file that is written beside its final name and takes that name only when it is whole: a
-/// reader, or a power cut, finds the old file, the new one or none. Whoever writes it syncs it.
-/// [any thread but render; one at a time]
+#include "storage/WriteAll.h"
+
+/// A file in the making, beside the place that it is for and under a hidden name. Put there it is
+/// whole and on disk; otherwise it goes with this object. After a failure `error` is one line that
+/// names the place. [any thread but render]
 class AsideFile {
   public:
-    enum class Existing { replace, keep };
+    enum class Put { done, taken, failed };
 
-    /// For a file that is to be called `path`. A link is followed. Creates nothing.
-    explicit AsideFile(const std::string& path);
-    /// Removes what was not put in place.
+    /// `target` may be a link: then the place is that of the file behind it.
+    explicit AsideFile(const std::string& target);
     ~AsideFile();
     AsideFile(const AsideFile&) = delete;
     AsideFile& operator=(const AsideFile&) = delete;
 
-    /// Where to write: hidden, in the same folder.
-    const std::string& path() const { return m_aside; }
+    bool write(std::span<const std::uint8_t> bytes);
+    /// Writes are on disk and the file is closed, under `path`. Putting it somewhere does this too.
+    bool sync();
+    /// Replaces what is at the target, in one step, and keeps its permissions.
+    bool replaceTarget();
+    /// Takes the name `path`, on the same file system, unless there is anything of that name, be it
+    /// since just now.
+    Put putNew(const std::string& path);
 
-    /// Renames it and syncs the folder. Answers one line when it failed, else nothing.
-    [[nodiscard]] std::string putInPlace(Existing existing);
-
-    /// The same for a whole file that lies in the folder of `path` already. A file that may not be
-    /// replaced, and came to be at this very instant, is not replaced either.
-    [[nodiscard]] static std::string rename(const std::string& from, const std::string& path,
-                                            Existing existing);
-    /// Creates an empty file at `path` if nothing is there: a name that nobody else gets any more.
-    /// False with errno set.
-    static bool reserve(const std::string& path);
+    const std::string& target() const { return m_target; }
+    const std::string& path() const { return m_path; }
+    const std::string& error() const { return m_error; }
 
   private:
+    bool fail();
+    bool close();
+    void settled();
+
     std::string m_target;
-    std::string m_aside;  // empty once it is in place
+    std::string m_path;
+    std::string m_error;
+    int m_file = -1;
 };
