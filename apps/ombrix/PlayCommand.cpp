@@ -5,6 +5,7 @@
 #include "Commands.h"
 #include "LiveLoop.h"
 #include "MeteredDevice.h"
+#include "RecordedPlay.h"
 #include "Signals.h"
 #include "SongSession.h"
 #include "audiounits/devices/AudioDevices.h"
@@ -25,6 +26,7 @@ const std::vector<OptionRow>& options() {
         {"device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"},
         {"buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"},
         {"seconds", "S", "stop after S seconds"},
+        {"record", nullptr, "record it into the data folder, from the first note on"},
     });
     return rows;
 }
@@ -38,13 +40,16 @@ class LivePlay {
           m_player(session.timeline(), session.instrument().notes()),
           m_longest(longest) {}
 
-    void run() {
+    /// `recorded` may be null.
+    void run(RecordedPlay* recorded) {
         m_started = Clock::monotonic();
         while (!Signals::stopWanted() && !finished()) {
             if (Signals::takeSilenceWanted())
                 m_session.instrument().silence();
             // The frame that is due now, and the one that began with this very moment.
             m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
+            if (recorded)
+                recorded->goOn();
             LiveLoop::turn();
             LiveLoop::sleepUntil(m_player.ended() ? kNever : m_started + nextEvent());
         }
@@ -118,11 +123,15 @@ int playCommand(std::span<char*> words) {
 
     session->instrument().play();
     LivePlay play(*session, *device, request.longest);
-    play.run();
+    std::optional<RecordedPlay> recorded;
+    if (frame.arguments().has("record"))
+        recorded.emplace(session->instrument());
+    play.run(recorded ? &*recorded : nullptr);
+    const bool good = !recorded || recorded->finish();
     const AudioDeviceInfo info = device->info();
     session->instrument().stop();
     Log::drain();
     std::printf("%.2f s played on %s, %llu periods lost\n", play.elapsed(), info.name.c_str(),
                 static_cast<unsigned long long>(info.xruns));
-    return kExitDone;
+    return good ? kExitDone : kExitFailed;
 }
