@@ -9,9 +9,12 @@
 /// and a slow soft one that beat (Gabriel Weinreich, "Coupled piano strings", 1977).
 Sound feltPiano() {
     constexpr double kStiffness = 0.0007;
-    constexpr double kStruckAt = 1 / 7.5;            // of the length
-    constexpr double kFelt = 1500;                   // hertz: above, it damps what it strikes
-    constexpr double kStrings[] = {-0.31, 0, 0.27};  // hertz off, of each string's fundamental
+    constexpr double kStruckAt = 1 / 7.5;  // of the length
+    constexpr double kFelt = 1500;         // hertz: above, it damps what it strikes
+    struct String {
+        double off, level;  // hertz, of the fundamental; unlike, so that no beat is ever silent
+    };
+    constexpr String kStrings[] = {{-0.31, 0.18}, {0, 0.42}, {0.23, 0.13}};
     constexpr Mode kBoard[] = {
         {92, 0.1, 0.25}, {143, 0.12, 0.2}, {217, 0.1, 0.16}, {305, 0.08, 0.12}};
     Sound sound(framesIn(6));
@@ -24,8 +27,8 @@ Sound feltPiano() {
             std::abs(std::sin(std::numbers::pi * k * kStruckAt)) / k * std::exp(-hertz / kFelt);
         const double fadeSeconds = 26 / (1 + 0.4 * k);
         addMode(sound, {hertz, level, fadeSeconds / 4});
-        for (const double off : kStrings)
-            addMode(sound, {hertz + off * k, level * 0.28, fadeSeconds});
+        for (const String& string : kStrings)
+            addMode(sound, {hertz + string.off * k, level * string.level, fadeSeconds});
     }
     return sound;
 }
