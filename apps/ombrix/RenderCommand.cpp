@@ -123,7 +123,7 @@ int renderCommand(std::span<char*> words) {
     const auto session = SongSession::prepare(frame.arguments(), error);
     if (!session)
         return frame.refuse(error);
-    if (request.frames.value_or(session->timeline().endFrame) > WavFileWriter::kMaximumFrames)
+    if (request.frames.value_or(session->timeline().endFrame) > WavFileWriter::maximumFrames())
         return frame.refuse("the song is longer than a WAV file can be; use --seconds");
     if (error = file.open(request.output, replace); !error.empty())
         return frame.fail(error);

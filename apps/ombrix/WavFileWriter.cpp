@@ -5,61 +5,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
-#include "audiounits/StreamDescription.h"
+#include "audiofiles/WavHeader.h"
+#include "storage/WriteAll.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kHeaderBytes = 44;
+const StreamDescription kFormat = StreamDescription::sint16(1);
 constexpr std::size_t kPendingFrames = 32768;
-
-using Header = std::array<std::uint8_t, kHeaderBytes>;
-
-void put(Header& header, std::size_t at, std::uint32_t value, int bytes) {
-    for (int i = 0; i < bytes; ++i)
-        header[at + static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(value >> 8 * i);
-}
-
-// RIFF/WAVE with one "fmt " and one "data" chunk, all numbers little-endian.
-Header wavHeader(std::uint64_t frames) {
-    constexpr std::uint32_t kRate = static_cast<std::uint32_t>(kGraphRate);
-    const auto dataBytes = static_cast<std::uint32_t>(frames * 2);
-    Header header{};
-    std::memcpy(&header[0], "RIFF", 4);
-    put(header, 4, dataBytes + 36, 4);
-    std::memcpy(&header[8], "WAVEfmt ", 8);
-    put(header, 16, 16, 4);         // bytes of the format chunk
-    put(header, 20, 1, 2);          // linear PCM
-    put(header, 22, 1, 2);          // channels
-    put(header, 24, kRate, 4);      // frames per second
-    put(header, 28, kRate * 2, 4);  // bytes per second
-    put(header, 32, 2, 2);          // bytes per frame
-    put(header, 34, 16, 2);         // bits
-    std::memcpy(&header[36], "data", 4);
-    put(header, 40, dataBytes, 4);
-    return header;
-}
-
-bool writeAll(int file, const void* data, std::size_t bytes, std::uint64_t offset) {
-    const auto* from = static_cast<const char*>(data);
-    while (bytes > 0) {
-        const ssize_t written = pwrite(file, from, bytes, static_cast<off_t>(offset));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        from += written;
-        offset += static_cast<std::uint64_t>(written);
-        bytes -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
 
 mode_t newFileMode() {
     const mode_t mask = umask(0);
@@ -68,6 +26,10 @@ mode_t newFileMode() {
 }
 
 }  // namespace
+
+std::uint64_t WavFileWriter::maximumFrames() {
+    return WavHeader::maximumFrames(kFormat);
+}
 
 WavFileWriter::~WavFileWriter() {
     if (m_file >= 0)
@@ -105,13 +67,13 @@ std::string WavFileWriter::open(const std::string& path, bool replace) {
     if (m_file < 0)
         return failure("write");
     m_temporary = pattern;
-    m_offset = kHeaderBytes;
+    m_offset = WavHeader(kFormat, 0).bytes().size();
     m_pending.reserve(kPendingFrames);
     return "";
 }
 
 std::string WavFileWriter::write(std::span<const std::int16_t> frames) {
-    if (m_frames + frames.size() > kMaximumFrames)
+    if (m_frames + frames.size() > maximumFrames())
         return m_path + " would be longer than a WAV file can be; use --seconds";
     m_frames += frames.size();
     m_pending.insert(m_pending.end(), frames.begin(), frames.end());
@@ -120,7 +82,7 @@ std::string WavFileWriter::write(std::span<const std::int16_t> frames) {
 
 std::string WavFileWriter::flush() {
     const std::size_t bytes = m_pending.size() * sizeof(std::int16_t);
-    if (!writeAll(m_file, m_pending.data(), bytes, m_offset))
+    if (writeAll(m_file, m_pending.data(), bytes, m_offset) != bytes)
         return failure("write");
     m_offset += bytes;
     m_pending.clear();
@@ -137,9 +99,10 @@ std::string WavFileWriter::finish() {
 }
 
 std::string WavFileWriter::putHeader() {
-    const Header header = wavHeader(m_frames);
-    if (!writeAll(m_file, header.data(), header.size(), 0) || fchmod(m_file, newFileMode()) != 0 ||
-        fsync(m_file) != 0)
+    const WavHeader header(kFormat, m_frames);
+    const auto bytes = header.bytes();
+    if (writeAll(m_file, bytes.data(), bytes.size(), 0) != bytes.size() ||
+        fchmod(m_file, newFileMode()) != 0 || fsync(m_file) != 0)
         return failure("write");
     return "";
 }
@@ -153,10 +116,6 @@ std::string WavFileWriter::putName() {
     if (failed)
         return failure("write");
     m_temporary.clear();
-    const int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder >= 0) {
-        fsync(folder);
-        ::close(folder);
-    }
+    syncFolderOf(m_path);
     return "";
 }

@@ -11,7 +11,7 @@
 class WavFileWriter {
   public:
     /// Most frames that the format's 32-bit sizes leave room for.
-    static constexpr std::uint64_t kMaximumFrames = (0xffffffffull - 36) / 2;
+    static std::uint64_t maximumFrames();
 
     WavFileWriter() = default;
     /// Removes an unfinished file.

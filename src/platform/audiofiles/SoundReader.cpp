@@ -12,27 +12,12 @@
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/FfmpegReader.h"
 #include "audiofiles/FileHandle.h"
+#include "audiofiles/FileStatus.h"
 #include "audiofiles/SndfileReader.h"
 
 namespace {
 
 using Head = std::array<char, 16>;
-
-OSStatus statusOfErrno(int error) {
-    switch (error) {
-        case ENOENT:
-        case ENOTDIR:
-            return kAudioFileFileNotFoundError;
-        case EACCES:
-        case EPERM:
-            return kAudioFilePermissionsError;
-        case ENXIO:
-        case ENODEV:
-            return kAudioFileNotRegularError;
-        default:
-            return kAudioFileUnspecifiedError;
-    }
-}
 
 /// Never blocks: a pipe without a writer opens at once and is refused by its kind.
 FileHandle openRegularFile(const std::string& path, OSStatus* status) {

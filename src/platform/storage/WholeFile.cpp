@@ -10,6 +10,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "storage/WriteAll.h"
+
 namespace {
 
 /// Closes its descriptor.
@@ -64,18 +66,6 @@ std::optional<std::vector<std::uint8_t>> readAll(int fd, std::size_t limit, std:
     }
 }
 
-bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(fd, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
 std::string asideName(const std::filesystem::path& target) {
     static std::atomic<unsigned> count{0};
     const std::string name = '.' + target.filename().string() + '.' + std::to_string(getpid()) +
@@ -90,16 +80,10 @@ std::filesystem::path behindLinks(const std::string& path) {
     return missing ? std::filesystem::path(path) : real;
 }
 
-void syncFolder(const std::filesystem::path& folder) {
-    const std::string name = folder.empty() ? "." : folder.string();
-    const Descriptor descriptor(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (descriptor)
-        ::fsync(descriptor.fd());
-}
-
 bool writeAside(const std::string& aside, std::span<const std::uint8_t> bytes) {
     Descriptor file(::open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    return file && writeAll(file.fd(), bytes) && ::fsync(file.fd()) == 0 && file.close();
+    return file && writeAll(file.fd(), bytes.data(), bytes.size(), 0) == bytes.size() &&
+           ::fsync(file.fd()) == 0 && file.close();
 }
 
 void keepPermissions(const std::filesystem::path& from, const std::string& to) {
@@ -147,6 +131,6 @@ bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes
         ::unlink(aside.c_str());
         return false;
     }
-    syncFolder(target.parent_path());
+    syncFolderOf(target.string());
     return true;
 }

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <thread>
 
+#include "VornWaveBlock.h"
 #include "VornWaveDatabase.h"
 #include "WaveLoader.h"
 #include "log/Log.h"
@@ -88,6 +89,17 @@ std::shared_ptr<VornWave2> VornWave2::waveWithOwnershipOfData(SampleMemory sampl
                                                               const StreamDescription& description,
                                                               const std::string& nameHint) {
     return initWithOwnershipOfData(std::move(samples), length, description, nameHint);
+}
+
+std::shared_ptr<VornWave2> VornWave2::mutableWaveOfLength(std::uint32_t length,
+                                                          const StreamDescription& description,
+                                                          const std::string& nameHint,
+                                                          const std::string& folder) {
+    SampleMemory zeros(std::size_t{length} * description.mChannelsPerFrame);
+    auto wave = initWithOwnershipOfData(std::move(zeros), length, description, nameHint);
+    wave->m_folder = folder;
+    wave->m_mutable = true;
+    return wave;
 }
 
 VornWave2::~VornWave2() {
@@ -199,8 +211,15 @@ std::uint32_t VornWave2::write(std::uint32_t frames, float* into) const {
     return frames;
 }
 
-std::shared_ptr<WaveAccess> VornWave2::sliceBlockFrom(std::uint32_t, std::uint32_t) const {
-    return nullptr;
+std::shared_ptr<WaveAccess> VornWave2::sliceBlockFrom(std::uint32_t from,
+                                                      std::uint32_t count) const {
+    // A wave is only ever handed out as one that may be changed.
+    return VornWaveBlock::blockWithWave(std::const_pointer_cast<VornWave2>(shared_from_this()),
+                                        from, count);
+}
+
+float* VornWave2::mutableData() {
+    return m_mutable ? const_cast<float*>(m_content.load()->samples.data()) : nullptr;
 }
 
 std::string VornWave2::loadError() const {

@@ -32,6 +32,8 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     std::uint32_t frameCount() const { return m_frameCount; }
     std::uint32_t startIndex() const { return m_startIndex; }
     const StreamDescription* audioDescription() const override { return &m_myAudioDescription; }
+    /// Of what `write(frames, into)` copies: 2 for stereo, else 1.
+    std::uint32_t floatsPerFrame() const;
     bool isSilence() const { return !m_wave; }
     bool hasWave() const { return m_wave != nullptr; }
     const std::shared_ptr<VornWave2>& waveOrNil() const { return m_wave; }
@@ -57,6 +59,7 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     /// The same slice as a block, and as a sequence of it.
     std::shared_ptr<VornWaveBlock> slice(std::uint32_t from, std::uint32_t count) const;
     std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t from, std::uint32_t count) const;
+    /// A new wave in memory with a copy in `channels` channels; no frames when there is no memory.
     std::shared_ptr<VornWave2> flattenInto(const std::string& folder, std::uint32_t channels) const;
 
     /// Gives silence a wave of its own, zeros at first. [main]
@@ -65,7 +68,17 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     float* mutableData();
 
   private:
+    /// The wave's samples from the block's start on; null when it offers none.
+    struct Span {
+        const float* data;
+        std::uint32_t frames;
+        std::uint32_t channels;
+    };
+
     VornWaveBlock() = default;
+    WaveWindowList silentWindows(std::uint32_t count) const;
+    Span firstFrames(std::uint32_t frames) const;
+    std::uint32_t writeSilence(std::uint32_t frames, float* into, std::uint32_t channels) const;
 
     std::shared_ptr<VornWave2> m_wave;
     std::uint32_t m_startIndex = 0;

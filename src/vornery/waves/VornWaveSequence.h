@@ -84,7 +84,18 @@ class VornWaveSequence : public WaveSequenceAccess {
   private:
     VornWaveSequence(Blocks blocks, const StreamDescription& description, ExtractType extract);
 
+    std::uint64_t length() const;
+    /// Position of the block that holds the frame; the number of blocks past the end.
+    std::size_t positionOf(std::uint64_t frame) const;
+    std::uint64_t startOf(std::size_t position) const;
+    std::uint32_t writeBlocks(std::uint32_t frames, float* into) const;
+    std::uint32_t writeOne(std::uint32_t frames, float* into) const;
+    std::shared_ptr<VornWaveBlock> padded(std::uint32_t length, const std::string& folder) const;
+    std::shared_ptr<VornWaveBlock> oneChannelPadded(std::uint32_t length, const std::string& folder,
+                                                    bool second) const;
+
     Blocks m_blocks;
+    std::vector<std::uint64_t> m_ends;  // of each block, in frames from the start
     StreamDescription m_myAudioDescription;
     ExtractType m_extractType = ExtractType::all;
 };

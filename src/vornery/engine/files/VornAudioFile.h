@@ -16,7 +16,7 @@ class VornAudioFile {
     VornAudioFile(const VornAudioFile&) = delete;
     VornAudioFile& operator=(const VornAudioFile&) = delete;
 
-    /// Of opening the file: 0, or a status of the audio file service.
+    /// Of opening the file (or of writing it): 0, or the first failing status of the service.
     OSStatus status() const { return m_status; }
 
     /// `into` starts as the default and stays so when there is no file.
@@ -37,11 +37,14 @@ class VornAudioFile {
     /// Reads *ioByteCount bytes from the start of the audio data; *ioByteCount becomes those read.
     virtual bool ReadIntoBuffer(void* buffer, std::uint32_t* ioByteCount);
 
-  private:
-    std::uint64_t number(AudioFilePropertyID property) const;
+  protected:
+    VornAudioFile() = default;
 
     AudioFileID m_file = nullptr;
     std::uint32_t m_packetSize = 0;
     bool m_variablePackets = false;
     OSStatus m_status = noErr;
+
+  private:
+    std::uint64_t number(AudioFilePropertyID property) const;
 };

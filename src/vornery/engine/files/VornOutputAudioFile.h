@@ -3,7 +3,7 @@
 #include "files/VornAudioFile.h"
 
 /// Four-character code of a WAV file.
-inline constexpr std::uint32_t kWaveFileType = fourCC("WAVE");
+inline constexpr std::uint32_t kWaveFileType = kAudioFileWAVEType;
 
 /// A sound file that is written packet by packet. Failures are logged as "AU Error %d / %x"; see
 /// `status` for the first one. [any thread but render; one thread at a time]
@@ -21,9 +21,14 @@ class VornOutputAudioFile : public VornAudioFile {
     /// Writes *ioByteCount bytes at byte `startingByte` of the audio data.
     virtual bool writeBytes(const void* buffer, std::uint32_t* ioByteCount,
                             std::uint32_t startingByte);
-    /// Completes the file and makes it durable. Returns the first failure of this file's life.
+    /// Completes the file, which the destructor does too, and makes it durable. Returns the first
+    /// failure of this file's life.
     OSStatus close();
 
     /// Reading from an output file is an error of the program, which stops.
     bool ReadIntoBuffer(void* buffer, std::uint32_t* ioByteCount) override;
+
+  private:
+    /// True for success.
+    bool keep(OSStatus status);
 };
