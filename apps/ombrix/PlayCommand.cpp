@@ -1,14 +1,13 @@
-#include <time.h>
-
-#include <cstdio>
-
 #include "CommandFrame.h"
 #include "Commands.h"
+#include "DeviceRequest.h"
 #include "MeteredDevice.h"
 #include "Signals.h"
 #include "SongSession.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
+#include "runloop/Clock.h"
+#include "runloop/RunLoop.h"
 
 namespace {
 
@@ -21,25 +20,11 @@ constexpr CommandText kText{"ombrix play SONG.mid [options]",
 
 const std::vector<OptionRow>& options() {
     static const std::vector<OptionRow> rows = withSongOptions({
-        {"device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"},
-        {"buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"},
+        kDeviceOption,
+        kPeriodOption,
         {"seconds", "S", "stop after S seconds"},
     });
     return rows;
-}
-
-double monotonicSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// Ends early when a signal arrives.
-void sleepUntil(double moment) {
-    timespec until{};
-    until.tv_sec = static_cast<time_t>(moment);
-    until.tv_nsec = static_cast<long>((moment - static_cast<double>(until.tv_sec)) * 1e9);
-    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
 }
 
 /// Plays a song against the wall clock: events are sent as their time comes.
@@ -52,12 +37,13 @@ class LivePlay {
           m_longest(longest) {}
 
     void run() {
-        m_started = monotonicSeconds();
+        m_started = Clock::monotonic();
         while (!Signals::stopWanted() && !finished()) {
             if (Signals::takeSilenceWanted())
                 m_session.instrument().silence();
             // The frame that is due now, and the one that began with this very moment.
             m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
+            RunLoop::main().turn();
             Log::drain();
             const double due = static_cast<double>(m_player.nextFrame()) / kGraphRate;
             const double latest = elapsed() + kLongestSleep;
@@ -66,7 +52,7 @@ class LivePlay {
         m_session.instrument().notes().releaseAll();
     }
 
-    double elapsed() const { return monotonicSeconds() - m_started; }
+    double elapsed() const { return Clock::monotonic() - m_started; }
 
   private:
     bool finished() const {
@@ -88,39 +74,14 @@ class LivePlay {
     double m_started = 0;
 };
 
-struct Request {
-    std::string device;
-    double longest = 1e9;
-};
-
-std::string readRequest(const Arguments& arguments, Request& request) {
-    request.device = arguments.value("device").value_or("");
-    if (const auto text = arguments.value("buffer-frames")) {
-        const auto frames = wholeNumber(*text, 16, kMaximumDeviceFrames);
-        if (!frames)
-            return "--buffer-frames " + *text + ": a whole number from 16 to 8192 is wanted";
-        AudioDevices::setPreferredPeriod(static_cast<std::uint32_t>(*frames));
-    }
-    if (const auto text = arguments.value("seconds")) {
-        const auto seconds = decimalNumber(*text);
-        if (!seconds || *seconds < 0)
-            return "--seconds " + *text + ": a number from 0 on is wanted";
-        request.longest = *seconds;
-    }
-    std::string error;
-    if (!AudioDevices::choose(request.device, error))
-        return error;
-    return "";
-}
-
 }  // namespace
 
 int playCommand(std::span<char*> words) {
     const CommandFrame frame(words, kText, options());
     if (frame.exitCode())
         return *frame.exitCode();
-    Request request;
-    std::string error = readRequest(frame.arguments(), request);
+    DeviceRequest request;
+    std::string error = request.read(frame.arguments());
     if (!error.empty())
         return frame.refuse(error);
     Signals::listen();
@@ -136,7 +97,6 @@ int playCommand(std::span<char*> words) {
     const AudioDeviceInfo info = device->info();
     session->instrument().stop();
     Log::drain();
-    std::printf("%.2f s played on %s, %llu periods lost\n", play.elapsed(), info.name.c_str(),
-                static_cast<unsigned long long>(info.xruns));
+    tellPlayed(play.elapsed(), info);
     return kExitDone;
 }

@@ -17,7 +17,18 @@ constexpr std::array kSongOptions{
     OptionRow{"no-auto-gain", nullptr, "leave the level as it is"},
 };
 
-/// An existing path first, else a built-in name with or without ".wav"; none for neither.
+std::string applySetting(Preset& preset, const std::string& setting) {
+    const auto equals = setting.find('=');
+    if (equals == std::string::npos)
+        return "--set " + setting + ": write it as KEY=VALUE";
+    std::string error;
+    if (!preset.set(setting.substr(0, equals), setting.substr(equals + 1), error))
+        return "--set " + error;
+    return "";
+}
+
+}  // namespace
+
 std::optional<std::string> soundPath(const std::string& sound) {
     std::error_code ignored;
     if (std::filesystem::exists(sound, ignored))
@@ -30,17 +41,9 @@ std::optional<std::string> soundPath(const std::string& sound) {
     return WaveChoice::resource(name + ".wav");
 }
 
-std::string applySetting(Preset& preset, const std::string& setting) {
-    const auto equals = setting.find('=');
-    if (equals == std::string::npos)
-        return "--set " + setting + ": write it as KEY=VALUE";
-    std::string error;
-    if (!preset.set(setting.substr(0, equals), setting.substr(equals + 1), error))
-        return "--set " + error;
-    return "";
+std::string noSuchSound(const std::string& sound) {
+    return sound + ": no such sound file, nor a built-in sound of that name";
 }
-
-}  // namespace
 
 std::span<const OptionRow> songOptions() {
     return kSongOptions;
@@ -102,7 +105,7 @@ std::string SongSession::settle(const Arguments& arguments) {
 std::string SongSession::loadSound(const std::optional<std::string>& sound) {
     const auto path = sound ? soundPath(*sound) : WaveChoice::defaultSoundFile();
     if (!path)
-        return *sound + ": no such sound file, nor a built-in sound of that name";
+        return noSuchSound(*sound);
     const WaveChoice::Loaded loaded = WaveChoice::load(*path);
     if (!loaded.wave)
         return loaded.error;

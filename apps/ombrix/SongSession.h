@@ -12,6 +12,11 @@
 /// The options that say what is played and how it sounds, for every command that plays a song.
 std::span<const OptionRow> songOptions();
 
+/// The file of a sound as a user names it: an existing path first, else a built-in name with or
+/// without ".wav"; none for neither, which is told in one line.
+std::optional<std::string> soundPath(const std::string& sound);
+std::string noSuchSound(const std::string& sound);
+
 /// A song and an instrument set up to play it, made from a user's words. User defaults, data folder
 /// and preset store are neither read nor written.
 class SongSession {
