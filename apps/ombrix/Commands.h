@@ -10,4 +10,5 @@ inline constexpr int kExitBadUse = 2;  // bad use or bad input
 /// The commands. `words` begins with the command's own name. Each answers the exit code.
 int renderCommand(std::span<char*> words);
 int playCommand(std::span<char*> words);
+int auditionCommand(std::span<char*> words);
 int devicesCommand(std::span<char*> words);

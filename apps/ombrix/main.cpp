@@ -17,6 +17,7 @@ struct Command {
 constexpr std::array kCommands{
     Command{"render", "play a MIDI file into a WAV file, faster than real time", renderCommand},
     Command{"play", "play a MIDI file through an audio device", playCommand},
+    Command{"audition", "play or scrub a sound as it is", auditionCommand},
     Command{"devices", "list the audio devices", devicesCommand},
 };
 
