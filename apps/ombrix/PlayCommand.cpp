@@ -1,19 +1,21 @@
-#include <time.h>
-
 #include <cstdio>
+#include <limits>
 
 #include "CommandFrame.h"
 #include "Commands.h"
+#include "LiveLoop.h"
 #include "MeteredDevice.h"
+#include "RecordedPlay.h"
 #include "Signals.h"
 #include "SongSession.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
+#include "runloop/Clock.h"
 
 namespace {
 
-constexpr double kLongestTail = 60.0;   // seconds after the song's end
-constexpr double kLongestSleep = 0.05;  // seconds: how soon a signal or a log line is seen to
+constexpr double kLongestTail = 60.0;  // seconds after the song's end
+constexpr double kNever = std::numeric_limits<double>::infinity();
 constexpr std::uint64_t kFadedFrames = 44100;
 
 constexpr CommandText kText{"ombrix play SONG.mid [options]",
@@ -24,22 +26,9 @@ const std::vector<OptionRow>& options() {
         {"device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"},
         {"buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"},
         {"seconds", "S", "stop after S seconds"},
+        {"record", nullptr, "record it into the data folder, from the first note on"},
     });
     return rows;
-}
-
-double monotonicSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// Ends early when a signal arrives.
-void sleepUntil(double moment) {
-    timespec until{};
-    until.tv_sec = static_cast<time_t>(moment);
-    until.tv_nsec = static_cast<long>((moment - static_cast<double>(until.tv_sec)) * 1e9);
-    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
 }
 
 /// Plays a song against the wall clock: events are sent as their time comes.
@@ -51,24 +40,26 @@ class LivePlay {
           m_player(session.timeline(), session.instrument().notes()),
           m_longest(longest) {}
 
-    void run() {
-        m_started = monotonicSeconds();
+    /// `recorded` may be null.
+    void run(RecordedPlay* recorded) {
+        m_started = Clock::monotonic();
         while (!Signals::stopWanted() && !finished()) {
             if (Signals::takeSilenceWanted())
                 m_session.instrument().silence();
             // The frame that is due now, and the one that began with this very moment.
             m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
-            Log::drain();
-            const double due = static_cast<double>(m_player.nextFrame()) / kGraphRate;
-            const double latest = elapsed() + kLongestSleep;
-            sleepUntil(m_started + (m_player.ended() || due > latest ? latest : due));
+            if (recorded)
+                recorded->goOn();
+            LiveLoop::turn();
+            LiveLoop::sleepUntil(m_player.ended() ? kNever : m_started + nextEvent());
         }
         m_session.instrument().notes().releaseAll();
     }
 
-    double elapsed() const { return monotonicSeconds() - m_started; }
+    double elapsed() const { return Clock::monotonic() - m_started; }
 
   private:
+    double nextEvent() const { return static_cast<double>(m_player.nextFrame()) / kGraphRate; }
     bool finished() const {
         if (elapsed() >= m_longest)
             return true;
@@ -132,11 +123,15 @@ int playCommand(std::span<char*> words) {
 
     session->instrument().play();
     LivePlay play(*session, *device, request.longest);
-    play.run();
+    std::optional<RecordedPlay> recorded;
+    if (frame.arguments().has("record"))
+        recorded.emplace(session->instrument());
+    play.run(recorded ? &*recorded : nullptr);
+    const bool good = !recorded || recorded->finish();
     const AudioDeviceInfo info = device->info();
     session->instrument().stop();
     Log::drain();
     std::printf("%.2f s played on %s, %llu periods lost\n", play.elapsed(), info.name.c_str(),
                 static_cast<unsigned long long>(info.xruns));
-    return kExitDone;
+    return good ? kExitDone : kExitFailed;
 }

@@ -1,7 +1,6 @@
 #include "storage/AsideFile.h"
 
 #include <fcntl.h>
-#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,7 +9,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "storage/WriteAll.h"
+#include "storage/FileNames.h"
 
 namespace fs = std::filesystem;
 
@@ -29,15 +28,6 @@ std::string asideName(const fs::path& target) {
     // The longest name that file systems take has 255 bytes.
     const std::string name = target.filename().string().substr(0, 254 - own.size());
     return (target.parent_path() / ('.' + name + own)).string();
-}
-
-/// Fails with EEXIST where `to` exists. Not every file system has the first call, nor the second.
-bool renameWithoutReplacing(const char* from, const char* to) {
-    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0)
-        return true;
-    if (errno != EINVAL && errno != ENOSYS)
-        return false;
-    return ::link(from, to) == 0 && ::unlink(from) == 0;
 }
 
 }  // namespace
@@ -70,11 +60,14 @@ bool AsideFile::close() {
 }
 
 bool AsideFile::write(std::span<const std::uint8_t> bytes) {
-    if (!m_error.empty())
-        return false;
-    const std::size_t count = writeAll(m_file, bytes.data(), bytes.size(), m_written);
-    m_written += count;
-    return count == bytes.size() || fail();
+    while (m_error.empty() && !bytes.empty()) {
+        const ssize_t count = ::write(m_file, bytes.data(), bytes.size());
+        if (count > 0)
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            fail();
+    }
+    return m_error.empty();
 }
 
 bool AsideFile::sync() {
@@ -103,7 +96,7 @@ bool AsideFile::replaceTarget() {
 AsideFile::Put AsideFile::putNew(const std::string& path) {
     if (!sync())
         return Put::failed;
-    if (!renameWithoutReplacing(m_path.c_str(), path.c_str())) {
+    if (!FileNames::renameWithoutReplacing(m_path.c_str(), path.c_str())) {
         if (errno == EEXIST)
             return Put::taken;
         fail();

@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "storage/WriteAll.h"
+
 /// A file in the making, beside the place that it is for and under a hidden name. Put there it is
 /// whole and on disk; otherwise it goes with this object. After a failure `error` is one line that
 /// names the place. [any thread but render]

@@ -13,9 +13,12 @@ class LookupTable {
     /// The wave's number, given to it now if it has none.
     std::uint32_t referenceItem(const VornWave2* wave);
     /// The waves by their numbers.
-    std::vector<const VornWave2*> itemList() const;
-    std::uint32_t count() const { return std::uint32_t(m_indices.size()); }
+    const std::vector<const VornWave2*>& itemList() const { return m_items; }
+    std::uint32_t count() const { return static_cast<std::uint32_t>(m_items.size()); }
+    auto begin() const { return m_items.begin(); }
+    auto end() const { return m_items.end(); }
 
   private:
     std::map<const VornWave2*, std::uint32_t> m_indices;
+    std::vector<const VornWave2*> m_items;
 };

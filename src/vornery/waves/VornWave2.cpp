@@ -1,5 +1,7 @@
 #include "VornWave2.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -10,6 +12,7 @@
 #include <system_error>
 #include <thread>
 
+#include "VornWaveBlock.h"
 #include "VornWaveDatabase.h"
 #include "WaveLoader.h"
 #include "log/Log.h"
@@ -32,6 +35,13 @@ std::string memoryFilename(const std::string& nameHint, const void* wave) {
     std::array<char, 32> address;
     std::snprintf(address.data(), address.size(), "%p", wave);
     return nameHint + " " + address.data() + " " + currentDate() + ".wav";
+}
+
+/// Half of the machine's memory. More would be granted and then end the program when it is filled.
+std::uint64_t mostFloats() {
+    static const auto bytes = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
+                              static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return bytes / 2 / sizeof(float);
 }
 
 std::int32_t windowFormat(std::uint32_t channels) {
@@ -88,6 +98,20 @@ std::shared_ptr<VornWave2> VornWave2::waveWithOwnershipOfData(SampleMemory sampl
                                                               const StreamDescription& description,
                                                               const std::string& nameHint) {
     return initWithOwnershipOfData(std::move(samples), length, description, nameHint);
+}
+
+std::shared_ptr<VornWave2> VornWave2::mutableWaveOfLength(std::uint32_t length,
+                                                          const StreamDescription& description,
+                                                          const std::string& nameHint,
+                                                          const std::string& folder) {
+    SampleMemory zeros;
+    const std::uint64_t floats = std::uint64_t{length} * description.mChannelsPerFrame;
+    if (floats <= mostFloats())
+        zeros.resize(floats);
+    auto wave = initWithOwnershipOfData(std::move(zeros), length, description, nameHint);
+    wave->m_folder = folder;
+    wave->m_mutable = true;
+    return wave;
 }
 
 VornWave2::~VornWave2() {
@@ -199,8 +223,15 @@ std::uint32_t VornWave2::write(std::uint32_t frames, float* into) const {
     return frames;
 }
 
-std::shared_ptr<WaveAccess> VornWave2::sliceBlockFrom(std::uint32_t, std::uint32_t) const {
-    return nullptr;
+std::shared_ptr<WaveAccess> VornWave2::sliceBlockFrom(std::uint32_t from,
+                                                      std::uint32_t count) const {
+    // A wave is only ever handed out as one that may be changed.
+    return VornWaveBlock::blockWithWave(std::const_pointer_cast<VornWave2>(shared_from_this()),
+                                        from, count);
+}
+
+float* VornWave2::mutableData() {
+    return m_mutable ? const_cast<float*>(m_content.load()->samples.data()) : nullptr;
 }
 
 std::string VornWave2::loadError() const {

@@ -14,7 +14,8 @@ enum class ExtractType : std::int32_t {
 };
 
 /// A span of one wave, or of silence, which owns no memory. Its span never changes; silence becomes
-/// a wave when it is given memory. Read on any thread, made and changed on the main thread.
+/// a wave when it is given memory. Windows are read on any thread; copying, which logs, making and
+/// changing is for the main thread.
 class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this<VornWaveBlock> {
   public:
     /// Nothing is checked: a span that leaves the wave is clamped when it is read.
@@ -32,6 +33,8 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     std::uint32_t frameCount() const { return m_frameCount; }
     std::uint32_t startIndex() const { return m_startIndex; }
     const StreamDescription* audioDescription() const override { return &m_myAudioDescription; }
+    /// Of what `write(frames, into)` copies, at the most while the wave is loading.
+    std::uint32_t floatsPerFrame() const;
     bool isSilence() const { return !m_wave; }
     bool hasWave() const { return m_wave != nullptr; }
     const std::shared_ptr<VornWave2>& waveOrNil() const { return m_wave; }
@@ -57,6 +60,7 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     /// The same slice as a block, and as a sequence of it.
     std::shared_ptr<VornWaveBlock> slice(std::uint32_t from, std::uint32_t count) const;
     std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t from, std::uint32_t count) const;
+    /// A new wave in memory with a copy in `channels` channels; no frames when there is no memory.
     std::shared_ptr<VornWave2> flattenInto(const std::string& folder, std::uint32_t channels) const;
 
     /// Gives silence a wave of its own, zeros at first. [main]
@@ -65,7 +69,17 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     float* mutableData();
 
   private:
+    /// The wave's samples from the block's start on; null when it offers none.
+    struct Span {
+        const float* data;
+        std::uint32_t frames;
+        std::uint32_t channels;
+    };
+
     VornWaveBlock() = default;
+    WaveWindowList silentWindows(std::uint32_t count) const;
+    Span firstFrames(std::uint32_t frames) const;
+    std::uint32_t writeSilence(std::uint32_t frames, float* into, std::uint32_t channels) const;
 
     std::shared_ptr<VornWave2> m_wave;
     std::uint32_t m_startIndex = 0;

@@ -4,7 +4,7 @@
 
 /// A unit whose audio comes from a render function of our own. A subclass passes that function to
 /// the constructor; it is called with the unit as its context, pulls its upstream into the buffer
-/// it was given, and works on it in place.
+/// it was given, and works on it in place. A source has no upstream and writes the buffer itself.
 class VornCallbackUnit : public VornUnit {
   public:
     VornCallbackUnit(AURenderCallback render, const StreamDescription& format);
@@ -42,7 +42,5 @@ class VornCallbackUnit : public VornUnit {
 
   protected:
     StreamDescription m_streamDescription;
-
-  private:
-    AURenderCallbackStruct m_callbackData;
+    AURenderCallbackStruct m_callbackData;  // the context may be a record in place of the unit
 };

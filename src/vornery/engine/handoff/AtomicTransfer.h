@@ -30,9 +30,21 @@ class AtomicTransfer {
         if (!take(kReading))
             return false;
         out = m_value;
-        m_read.store(m_written.load(std::memory_order_relaxed), std::memory_order_relaxed);
+        m_read.store(m_written.load(std::memory_order_relaxed), std::memory_order_release);
         release(kReading);
         return true;
+    }
+
+    /// [any thread] Postings so far.
+    std::int32_t writeCount() const noexcept { return m_written.load(std::memory_order_relaxed); }
+    /// [any thread] The posting that was taken last. Who sees its number also sees all that the
+    /// reader did before it took it.
+    std::int32_t readCount() const noexcept { return m_read.load(std::memory_order_acquire); }
+
+    /// Whether posting `a` came before posting `b`; the counts wrap.
+    static bool isBefore(std::int32_t a, std::int32_t b) noexcept {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) -
+                                         static_cast<std::uint32_t>(b)) < 0;
     }
 
   private:
