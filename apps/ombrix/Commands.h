@@ -12,3 +12,4 @@ int renderCommand(std::span<char*> words);
 int playCommand(std::span<char*> words);
 int takeCommand(std::span<char*> words);
 int devicesCommand(std::span<char*> words);
+int presetsCommand(std::span<char*> words);

@@ -19,6 +19,7 @@ constexpr std::array kCommands{
     Command{"play", "play a MIDI file through an audio device", playCommand},
     Command{"take", "record the microphone into a sound of your own", takeCommand},
     Command{"devices", "list the audio devices", devicesCommand},
+    Command{"presets", "list, show, rename, delete, import and export presets", presetsCommand},
 };
 
 void printHelp() {

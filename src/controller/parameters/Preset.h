@@ -45,6 +45,7 @@ class Preset {
 
   private:
     bool setValue(std::string_view key, const PropertyListValue& value, std::string& error);
+    bool setWave(const PropertyListValue& value, std::string& error);
     bool setParameter(const Parameter& parameter, const PropertyListValue& value,
                       std::string& error);
 

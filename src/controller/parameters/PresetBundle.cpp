@@ -79,7 +79,7 @@ std::unique_ptr<PresetBundle> PresetBundle::open(const std::string& path, std::s
     const auto xml = bundle->m_zip->unpack(kPresetEntry, PropertyList::kMaximumBytes, error);
     if (!xml)
         return nullptr;
-    const auto list = PropertyList::parse(*xml, error);
+    const auto list = PropertyList::parse(*xml, error, PropertyList::Malformed::asText);
     if (list && list->dictionary())
         bundle->m_preset = *list->dictionary();
     else

@@ -4,7 +4,10 @@
 #include <filesystem>
 
 #include "parameters/PresetBundle.h"
+#include "parameters/PresetNames.h"
+#include "parameters/PresetRepair.h"
 #include "propertylists/PropertyList.h"
+#include "storage/WholeFile.h"
 #include "text/CNumber.h"
 #include "wavechoice/ArrivingWave.h"
 #include "wavechoice/WaveChoice.h"
@@ -20,12 +23,25 @@ PresetImport::Result failed(const std::string& error) {
     return {{}, error, false};
 }
 
-/// A store maps names to presets; a preset holds no dictionaries.
-bool isStore(const PropertyListValue& value) {
-    const auto* entries = value.dictionary();
-    return entries && !entries->empty() &&
-           std::all_of(entries->begin(), entries->end(),
-                       [](const auto& entry) { return entry.second.dictionary() != nullptr; });
+using Dictionary = PropertyListValue::Dictionary;
+
+/// A store maps names to presets; a preset holds no dictionaries that we know of.
+bool isStore(const Dictionary& entries) {
+    return !entries.empty() && std::all_of(entries.begin(), entries.end(), [](const auto& entry) {
+        return entry.second.dictionary() != nullptr;
+    });
+}
+
+/// What a sound is called is refused where everything else is repaired: it becomes a file's name.
+std::string waveFault(const Dictionary& preset) {
+    const auto wave = preset.find("wave");
+    const std::string* name = wave == preset.end() ? nullptr : wave->second.string();
+    const std::string fault = name ? PresetNames::waveFault(*name) : "";
+    return fault.empty() ? "" : "the sound's name " + inQuotes(*name) + " is " + fault;
+}
+
+std::string nameFrom(const std::string& path) {
+    return std::filesystem::path(path).stem().string();
 }
 
 }  // namespace
@@ -34,106 +50,99 @@ PresetImport::Result PresetImport::take(const std::string& path) {
     return PresetBundle::isBundle(path) ? takeBundle(path) : takeList(path);
 }
 
-std::optional<Preset> PresetImport::read(const PropertyListValue::Dictionary& value,
-                                         const std::string& path, std::string& error) {
-    auto preset = Preset::fromPropertyList(value, error);
-    if (preset && preset->wave &&
-        !WaveNames::isStorable(WaveChoice::plainWaveName(*preset->wave))) {
-        error = "the sound's name " + inQuotes(*preset->wave) + " is not allowed";
-        preset.reset();
-    }
-    if (!preset) {
-        error = path + ": " + error;
-        return preset;
-    }
-    preset->isProtected = false;
-    preset->name = PresetStore::trimmed(preset->name);
-    if (preset->name.empty())
-        preset->name = std::filesystem::path(path).stem().string();
-    return preset;
-}
-
 PresetImport::Result PresetImport::takeBundle(const std::string& path) {
     std::string error;
     const auto bundle = PresetBundle::open(path, error);
     if (!bundle)
         return refused(error);
-    auto preset = read(bundle->preset(), path, error);
-    if (!preset)
-        return refused(error);
-    const std::string plain = preset->wave ? WaveChoice::plainWaveName(*preset->wave) : "";
+    if (const std::string fault = waveFault(bundle->preset()); !fault.empty())
+        return refused(path + ": " + fault);
+    std::vector<std::string> told;
+    Preset preset = repairedPreset(bundle->preset(), nameFrom(path), told);
+    const std::string plain = preset.wave ? WaveChoice::plainWaveName(*preset.wave) : "";
     if (plain.empty() || !bundle->hasSound(plain))
-        return add({std::move(*preset)});
+        return add(path, {std::move(preset)}, told);
+    if (!WaveNames::isStorable(plain))
+        return refused(path + ": no sound may have the name " + inQuotes(plain));
 
     ArrivingWave wave(plain);
-    const auto sink = [&](std::span<const std::uint8_t> part) { return wave.write(part); };
-    if (!bundle->unpackSound(plain, sink, error))
-        return wave.writeError().empty() ? refused(error) : failed(wave.writeError());
-    std::string notice;
-    if (!wave.check(error, notice))
-        return refused(path + ": " + error);
-    if (!notice.empty())
-        m_tell(path + ": " + notice);
-    const std::string name = wave.settle();
-    if (name.empty())
-        return failed(wave.writeError());
-    if (name != plain) {
-        m_tell(path + ": there is another " + inQuotes(plain) + "; its sound is now " +
-               inQuotes(name));
-        preset->wave = name;
-    }
-    Result result = add({std::move(*preset)});
+    Result result = bring(wave, *bundle, path, told);
+    if (!result.error.empty())
+        return result;
+    if (wave.name() != plain)
+        preset.wave = wave.name();
+    result = add(path, {std::move(preset)}, told);
     if (!result.error.empty())
         wave.withdraw();
     return result;
 }
 
-PresetImport::Result PresetImport::takeList(const std::string& path) {
+PresetImport::Result PresetImport::bring(ArrivingWave& wave, PresetBundle& bundle,
+                                         const std::string& path, std::vector<std::string>& told) {
+    const std::string name = wave.name();
+    const auto sink = [&](std::span<const std::uint8_t> part) { return wave.write(part); };
     std::string error;
-    const auto list = PropertyList::readFile(path, error);
-    if (!list)
-        return refused(error);
-    std::vector<Preset> presets;
-    const auto take = [&](const PropertyListValue& value) {
-        auto preset = read(*value.dictionary(), path, error);
-        if (preset)
-            presets.push_back(std::move(*preset));
-        return preset.has_value();
-    };
-    if (!list->dictionary())
-        return refused(path + ": a preset must be a dictionary");
-    if (!isStore(*list))
-        return take(*list) ? add(std::move(presets)) : refused(error);
-    for (const auto& [key, value] : *list->dictionary()) {
-        if (!take(value))
-            return refused(error);
-    }
-    return add(std::move(presets));
+    const bool unpacked = bundle.unpackSound(name, sink, error);
+    std::string notice;
+    const bool plays = unpacked && wave.check(error, notice);
+    if (!wave.writeError().empty())
+        return failed(wave.writeError());
+    if (!plays)
+        return refused(unpacked ? path + ": " + error : error);
+    if (!wave.settle())
+        return failed(wave.writeError());
+    if (!notice.empty())
+        told.push_back(notice);
+    if (wave.name() != name)
+        told.push_back("there is another " + inQuotes(name) + "; the sound is now " +
+                       inQuotes(wave.name()));
+    return {};
 }
 
-PresetImport::Result PresetImport::add(std::vector<Preset> presets) {
+PresetImport::Result PresetImport::takeList(const std::string& path) {
+    std::string error;
+    const auto bytes = readWholeFile(path, PropertyList::kMaximumBytes, error);
+    if (!bytes)
+        return refused(error);
+    const auto list = PropertyList::parse(*bytes, error, PropertyList::Malformed::asText);
+    if (!list || !list->dictionary())
+        return refused(path + ": " + (list ? "a preset must be a dictionary" : error));
+    Dictionary entries = *list->dictionary();
+    if (!isStore(entries))
+        entries = {{nameFrom(path), std::move(entries)}};
+    std::vector<std::string> told;
+    std::vector<Preset> presets;
+    for (const auto& [name, value] : entries) {
+        if (const std::string fault = waveFault(*value.dictionary()); !fault.empty())
+            return refused(path + ": " + subjectOf(name) + fault);
+        presets.push_back(repairedPreset(*value.dictionary(), name, told));
+    }
+    return add(path, std::move(presets), told);
+}
+
+PresetImport::Result PresetImport::add(const std::string& path, std::vector<Preset> presets,
+                                       const std::vector<std::string>& told) {
+    for (Preset& preset : presets)
+        preset.isProtected = false;
+    const std::vector<Preset> before = presets;
+    if (std::string error = m_store.add(presets, m_replace); !error.empty())
+        return failed(error);
+    for (const std::string& line : told)
+        m_tell(path + ": " + line);
     Result result;
-    for (Preset& preset : presets) {
-        giveFreeName(preset);
-        if (preset.wave && !WaveChoice::findWavePath(*preset.wave))
-            m_tell(inQuotes(preset.name) + " plays " + inQuotes(*preset.wave) +
-                   ", which is not here; the default sound takes its place");
-        if (std::string error = m_store.save(preset); !error.empty()) {
-            result.error = error;
-            return result;
-        }
-        result.names.push_back(preset.name);
+    for (std::size_t i = 0; i < presets.size(); ++i) {
+        tellOf(path, presets[i], before[i].name);
+        result.names.push_back(presets[i].name);
     }
     return result;
 }
 
-void PresetImport::giveFreeName(Preset& preset) {
-    const int there = m_store.hasPresetWithName(preset.name);
-    if (there == 0 || (there > 0 && m_replace))
-        return;
-    const std::string own = preset.name;
-    for (int number = 2; m_store.hasPresetWithName(preset.name) != 0; ++number)
-        preset.name = own + ' ' + std::to_string(number);
-    m_tell("there is a preset " + inQuotes(own) + " already; this one is now " +
-           inQuotes(preset.name));
+void PresetImport::tellOf(const std::string& path, const Preset& preset,
+                          const std::string& nameBefore) {
+    if (preset.name != nameBefore)
+        m_tell(path + ": there is a preset " + inQuotes(nameBefore) + " already; this one is now " +
+               inQuotes(preset.name));
+    if (preset.wave && !WaveChoice::findWavePath(*preset.wave))
+        m_tell(path + ": " + subjectOf(preset.name) + "its sound " + inQuotes(*preset.wave) +
+               " is not here; the default sound takes its place");
 }

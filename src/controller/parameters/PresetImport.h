@@ -5,6 +5,9 @@
 
 #include "parameters/PresetStore.h"
 
+class ArrivingWave;
+class PresetBundle;
+
 /// Presets from files that others made, into the store and the data folder. All of a file is
 /// checked before anything is written; values that cannot be used are repaired, and nobody's preset
 /// arrives protected. A file that fails changes nothing. [main]
@@ -30,10 +33,11 @@ class PresetImport {
   private:
     Result takeBundle(const std::string& path);
     Result takeList(const std::string& path);
-    std::optional<Preset> read(const PropertyListValue::Dictionary& value, const std::string& path,
-                               std::string& error);
-    Result add(std::vector<Preset> presets);
-    void giveFreeName(Preset& preset);
+    Result bring(ArrivingWave& wave, PresetBundle& bundle, const std::string& path,
+                 std::vector<std::string>& told);
+    Result add(const std::string& path, std::vector<Preset> presets,
+               const std::vector<std::string>& told);
+    void tellOf(const std::string& path, const Preset& preset, const std::string& nameBefore);
 
     PresetStore& m_store;
     bool m_replace;

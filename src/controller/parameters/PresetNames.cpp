@@ -1,10 +1,13 @@
 #include "parameters/PresetNames.h"
 
+#include <algorithm>
 #include <array>
 
 #include "text/UnicodeText.h"
 
 namespace {
+
+constexpr std::size_t kLongestEnding = 32;  // bytes
 
 constexpr std::array<std::string_view, 3> kWavePrefixes = {"user/", "internal/", "generated/"};
 
@@ -14,6 +17,10 @@ std::string_view withoutPrefix(std::string_view wave) {
             return wave.substr(prefix.size());
     }
     return wave;
+}
+
+bool isSeparator(char c) {
+    return c == '/' || c == '\\';
 }
 
 std::string longerThan(std::size_t bytes) {
@@ -46,6 +53,12 @@ std::string PresetNames::repaired(std::string_view name) {
     return trimmed(UnicodeText::cut(text, kLongest));
 }
 
+std::string PresetNames::fileNameFor(std::string_view name) {
+    std::string file(UnicodeText::cut(name, kLongestWave - kLongestEnding));
+    std::ranges::replace_if(file, isSeparator, '-');
+    return file;
+}
+
 std::string PresetNames::waveFault(std::string_view wave) {
     const std::string_view file = withoutPrefix(wave);
     if (!UnicodeText::isUtf8(wave))
@@ -56,7 +69,7 @@ std::string PresetNames::waveFault(std::string_view wave) {
         return longerThan(kLongestWave);
     if (UnicodeText::hasControls(wave))
         return "with control characters";
-    if (file == "." || file == ".." || file.find_first_of("/\\") != file.npos)
+    if (file == "." || file == ".." || std::ranges::any_of(file, isSeparator))
         return "not a plain file name";
     return "";
 }

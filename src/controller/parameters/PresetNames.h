@@ -21,6 +21,10 @@ std::string fault(std::string_view name);
 /// A name nearest to `name` that a preset can have; empty when nothing is left of it.
 std::string repaired(std::string_view name);
 
+/// A file name's beginning for what belongs to a preset of this name: without separators, short
+/// enough for an ending.
+std::string fileNameFor(std::string_view name);
+
 /// Why no preset may name this wave; empty when one may. A wave is a file name, alone or behind
 /// "user/", "internal/" or "generated/": nothing that leads out of the folders that hold waves.
 std::string waveFault(std::string_view wave);

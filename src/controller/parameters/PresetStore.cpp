@@ -10,6 +10,7 @@
 #include "storage/FileLock.h"
 #include "storage/KeptFile.h"
 #include "storage/WholeFile.h"
+#include "text/UnicodeText.h"
 
 namespace fs = std::filesystem;
 
@@ -41,6 +42,16 @@ std::string faultOf(const Preset& preset) {
         return subjectOf(preset.name) + "its name is " + fault;
     const std::string fault = preset.wave ? PresetNames::waveFault(*preset.wave) : "";
     return fault.empty() ? fault : subjectOf(preset.name) + "its wave's name is " + fault;
+}
+
+std::string freeName(const PresetList& list, const std::string& name) {
+    const std::string base(UnicodeText::cut(name, PresetNames::kLongest - 8));
+    std::string numbered;
+    int number = 2;
+    do {
+        numbered = base + ' ' + std::to_string(number++);
+    } while (list.find(numbered));
+    return numbered;
 }
 
 /// Why a user may not rename or remove what has this name; empty when it may be done.
@@ -111,6 +122,23 @@ std::string PresetStore::save(const Preset& preset) {
         return fault;
     return change([&](PresetList& list) -> std::string {
         list.put(saved);
+        return "";
+    });
+}
+
+std::string PresetStore::add(std::vector<Preset>& presets, bool replace) {
+    for (const Preset& preset : presets) {
+        if (const std::string fault = faultOf(preset); !fault.empty())
+            return fault;
+    }
+    return change([&](PresetList& list) -> std::string {
+        for (Preset& preset : presets) {
+            preset.name = PresetNames::trimmed(preset.name);
+            const Preset* there = list.find(preset.name);
+            if (there && (there->isProtected || !replace))
+                preset.name = freeName(list, preset.name);
+            list.put(preset);
+        }
         return "";
     });
 }

@@ -37,6 +37,11 @@ class PresetStore {
     [[nodiscard]] std::string rename(const std::string& from, const std::string& to);
     [[nodiscard]] std::string remove(const std::string& name);
 
+    /// Takes in presets from elsewhere, all of them or none. One of a name that is taken gets the
+    /// first free of "NAME 2" and so on, unless it is to `replace` a user's preset of that name.
+    /// Afterwards `presets` have the names that they got. Answers as `save` does.
+    [[nodiscard]] std::string add(std::vector<Preset>& presets, bool replace);
+
     /// The key of a preset in the store: trimmed of white space and line ends, lower-cased.
     static std::string keyOf(const std::string& name);
     static std::string trimmed(const std::string& name);

@@ -54,20 +54,20 @@ bool ArrivingWave::check(std::string& error, std::string& notice) {
     return loaded.wave != nullptr;
 }
 
-std::string ArrivingWave::settle() {
-    for (int number = 1;; ++number) {
-        const std::string name = number == 1 ? m_name : WaveNames::numbered(m_name, number);
-        if (const auto there = WaveChoice::findWavePath(name)) {
+bool ArrivingWave::settle() {
+    const std::string own = m_name;
+    for (int number = 2;; m_name = WaveNames::numbered(own, number++)) {
+        if (const auto there = WaveChoice::findWavePath(m_name)) {
             if (sameBytes(m_aside.path(), *there))
-                return name;
+                return true;
             continue;
         }
-        const std::string path = WaveChoice::dataFile(name);
+        const std::string path = WaveChoice::dataFile(m_name);
         const AsideFile::Put put = m_aside.putNew(path);
         if (put == AsideFile::Put::done)
             m_settled = path;
         if (put != AsideFile::Put::taken)
-            return put == AsideFile::Put::done ? name : "";
+            return put == AsideFile::Put::done;
     }
 }
 

@@ -21,10 +21,12 @@ class ArrivingWave {
     /// although it can; either is one line or empty.
     bool check(std::string& error, std::string& notice);
 
-    /// The name under which the sound now lies in the data folder: its own, or the first of "NAME
-    /// 2.wav" and so on that is neither a user's sound nor a shipped one, unless the very same
-    /// bytes have that name already. Empty when it cannot be written; see `writeError`.
-    std::string settle();
+    /// Gives it a place in the data folder: under its own name, or the first of "NAME 2.wav" and so
+    /// on that is neither a user's sound nor a shipped one, unless the very same bytes have that
+    /// name already. False when it cannot be written; see `writeError`.
+    bool settle();
+    /// The file name that it has, after `settle` for good.
+    const std::string& name() const { return m_name; }
     /// Takes it away again, if it was not there before.
     void withdraw();
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "archives/ZipReader.h"
+#include "parameters/PresetNames.h"
 
 bool WaveNames::isStorable(const std::string& plainName) {
     constexpr std::array<std::string_view, 3> kOurs{".", "presets.plist",
@@ -13,7 +14,7 @@ bool WaveNames::isStorable(const std::string& plainName) {
         if (plainName.starts_with(ours))
             return false;
     }
-    return plainName.find('/') == std::string::npos && ZipReader::isSafeName(plainName);
+    return PresetNames::waveFault(plainName).empty() && ZipReader::isSafeName(plainName);
 }
 
 std::string WaveNames::numbered(const std::string& plainName, int number) {

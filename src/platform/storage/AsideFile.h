@@ -41,4 +41,5 @@ class AsideFile {
     std::string m_path;
     std::string m_error;
     int m_file = -1;
+    std::uint64_t m_written = 0;
 };
