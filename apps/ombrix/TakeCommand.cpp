@@ -117,13 +117,22 @@ double secondsOf(std::uint32_t frames) {
     return frames / kGraphRate;
 }
 
-/// Returns when the time is over, a signal came, or the device has fallen silent.
-void listen(AudioTake& take, double seconds) {
-    const double begun = Clock::monotonic();
+/// Whether the clock plays in place of the device that was asked for.
+bool deviceGone(const Request& request) {
+    return request.device != "clock" && AudioDevices::current()->info().name == "clock";
+}
+
+/// Returns when the time is over, a signal came, or the device went away.
+void listen(AudioTake& take, const Request& request) {
+    const double end = Clock::monotonic() + request.seconds + kLate;
     while (take.recording() && !Signals::stopWanted()) {
-        const double missing = seconds - secondsOf(take.framesHeard());
-        if (missing <= 0 || Clock::monotonic() > begun + seconds + kLate)
+        const double missing = request.seconds - secondsOf(take.framesHeard());
+        if (missing <= 0 || Clock::monotonic() > end)
             break;
+        if (deviceGone(request)) {
+            tellUser("the take ends here, because the device went away");
+            break;
+        }
         LiveLoop::sleepUntil(Clock::monotonic() + std::max(missing, kShortestSleep));
         LiveLoop::turn();
     }
@@ -152,9 +161,9 @@ int record(const CommandFrame& frame, const Request& request, UnsavedTake& unsav
     TakeShow show;
     take.setDelegate(&show);
     take.waveRecordDown();
-    if (AudioDevices::current()->info().name == "clock" && request.device != "clock")
+    if (deviceGone(request))
         return frame.fail("nothing was recorded: there is no microphone");
-    listen(take, request.seconds);
+    listen(take, request);
     instrument.stop();
     Log::drain();
     if (!show.take())

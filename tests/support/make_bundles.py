@@ -1,4 +1,4 @@
-"""Writes preset bundles, good and hostile, into a folder: make_bundles.py FOLDER"""
+"""Writes preset bundles, good and hostile, into a folder: make_bundles.py FOLDER [NAME...]"""
 import io
 import math
 import struct
@@ -43,6 +43,14 @@ def bundle(*more, **options):
 
 def sound(name="Chime.wav", data=None):
     return (name, wav() if data is None else data)
+
+
+def named(name, prefix=""):
+    return archive(("preset.plist", preset(prefix + name)), sound(name))
+
+
+def saying(more):
+    return archive(("preset.plist", preset(more=more)), sound())
 
 
 def special(name, mode):
@@ -96,54 +104,54 @@ ENTITIES = (b'<?xml version="1.0"?><!DOCTYPE plist [<!ENTITY a "aaaaaaaa"><!ENTI
             b"<plist><dict><key>name</key><string>&b;</string></dict></plist>")
 
 BUNDLES = {
-    "good": bundle(sound()),
-    "stored": bundle(sound(), method=zipfile.ZIP_STORED),
-    "other-chime": bundle(sound(data=wav(pitch=700))),
-    "newer": archive(("preset.plist", preset(more="<key>glow</key><real>0.5</real>"
+    "good": lambda: bundle(sound()),
+    "stored": lambda: bundle(sound(), method=zipfile.ZIP_STORED),
+    "other-chime": lambda: bundle(sound(data=wav(pitch=700))),
+    "newer": lambda: archive(("preset.plist", preset(more="<key>glow</key><real>0.5</real>"
                                              "<key>protected</key><true/>")),
                      ("cover.png", b"\x89PNG"), ("extras/", b""), ("extras/notes.txt", b"hello"),
                      sound()),
-    "no-sound": bundle(),
-    "shipped": archive(("preset.plist", preset("generated/sine"))),
-    "shadow": archive(("preset.plist", preset("internal/Sine Wave.wav")), sound("Sine Wave.wav")),
-    "repairs": archive(("preset.plist", preset(more="<key>grainMotion</key><integer>9</integer>")),
-                       sound()),
-    "parent": bundle(sound("../Chime.wav")),
-    "inner-parent": bundle(sound("a/../../Chime.wav")),
-    "absolute": bundle(sound("/tmp/Chime.wav")),
-    "backslash": bundle(sound("..\\Chime.wav")),
-    "control": bundle(sound("Chi\nme.wav")),
-    "long-name": bundle(sound("x" * 300 + ".wav")),
-    "link": bundle((special("Chime.wav", 0o120777), b"/etc/passwd")),
-    "device": bundle((special("Chime.wav", 0o020666), b"")),
-    "folder": bundle(("Chime.wav/", b"")),
-    "encrypted": encrypted(),
-    "twice": bundle(sound(), sound()),
-    "twice-preset": bundle(("preset.plist", preset("other.wav")), sound()),
-    "no-preset": archive(sound()),
-    "nested": archive(("Chime/preset.plist", preset()), sound("Chime/Chime.wav")),
-    "empty": archive(),
-    "not-a-sound": bundle(sound(data=b"MZ" + bytes(200))),
-    "half-sound": bundle(sound(data=wav()[:30])),
-    "wrong-sum": wrong_sum(),
-    "lzma": bundle(sound(), method=zipfile.ZIP_LZMA),
-    "overlapping": overlapping(),
-    "big-list": archive(("preset.plist", preset(more="<!--" + " " * (5 << 20) + "-->")), sound()),
-    "claims-little": claiming(100),
-    "claims-much": claiming(0xFFFFFFF0),
-    "many": many(10000),
-    "cut": bundle(sound())[:-60],
-    "cut-in-sound": bundle(sound())[:400],
-    "garbage": b"PK\3\4" + bytes(range(256)),
-    "outside": archive(("preset.plist", preset("../../Chime.wav")), sound("../../Chime.wav")),
-    "our-own": archive(("preset.plist", preset("presets.plist")), sound("presets.plist")),
-    "hidden": archive(("preset.plist", preset(".running.marker")), sound(".running.marker")),
-    "deep": archive(("preset.plist", deep(40))),
-    "entities": archive(("preset.plist", ENTITIES)),
-    "no-dictionary": archive(("preset.plist", b"<plist><string>Chime</string></plist>")),
+    "no-sound": lambda: bundle(),
+    "shipped": lambda: archive(("preset.plist", preset("generated/sine"))),
+    "shadow": lambda: named("Sine Wave.wav", "internal/"),
+    "repairs": lambda: saying("<key>grainMotion</key><integer>9</integer>"),
+    "parent": lambda: bundle(sound("../Chime.wav")),
+    "inner-parent": lambda: bundle(sound("a/../../Chime.wav")),
+    "absolute": lambda: bundle(sound("/tmp/Chime.wav")),
+    "backslash": lambda: bundle(sound("..\\Chime.wav")),
+    "control": lambda: bundle(sound("Chi\nme.wav")),
+    "long-name": lambda: bundle(sound("x" * 300 + ".wav")),
+    "link": lambda: bundle((special("Chime.wav", 0o120777), b"/etc/passwd")),
+    "device": lambda: bundle((special("Chime.wav", 0o020666), b"")),
+    "folder": lambda: bundle(("Chime.wav/", b"")),
+    "encrypted": lambda: encrypted(),
+    "twice": lambda: bundle(sound(), sound()),
+    "twice-preset": lambda: bundle(("preset.plist", preset("other.wav")), sound()),
+    "no-preset": lambda: archive(sound()),
+    "nested": lambda: archive(("Chime/preset.plist", preset()), sound("Chime/Chime.wav")),
+    "empty": lambda: archive(),
+    "not-a-sound": lambda: bundle(sound(data=b"MZ" + bytes(200))),
+    "half-sound": lambda: bundle(sound(data=wav()[:30])),
+    "wrong-sum": lambda: wrong_sum(),
+    "lzma": lambda: bundle(sound(), method=zipfile.ZIP_LZMA),
+    "overlapping": lambda: overlapping(),
+    "big-list": lambda: saying("<!--" + " " * (5 << 20) + "-->"),
+    "claims-little": lambda: claiming(100),
+    "claims-much": lambda: claiming(0xFFFFFFF0),
+    "many": lambda: many(10000),
+    "cut": lambda: bundle(sound())[:-60],
+    "cut-in-sound": lambda: bundle(sound())[:400],
+    "garbage": lambda: b"PK\3\4" + bytes(range(256)),
+    "outside": lambda: named("../../Chime.wav"),
+    "our-own": lambda: named("presets.plist"),
+    "hidden": lambda: named(".running.marker"),
+    "deep": lambda: archive(("preset.plist", deep(40))),
+    "no-keys": lambda: archive(("preset.plist", plist("<key>glow</key><true/>"))),
+    "entities": lambda: archive(("preset.plist", ENTITIES)),
+    "no-dictionary": lambda: archive(("preset.plist", b"<plist><string>Chime</string></plist>")),
 }
 
 if __name__ == "__main__":
     folder = Path(sys.argv[1])
-    for name, data in BUNDLES.items():
-        (folder / (name + ".ombrix")).write_bytes(data)
+    for name in sys.argv[2:] or BUNDLES:
+        (folder / (name + ".ombrix")).write_bytes(BUNDLES[name]())

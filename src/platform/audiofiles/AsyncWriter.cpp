@@ -43,7 +43,7 @@ void AsyncWriter::emptyRing() {
         try {
             put(m_change.convert(list, frames));
         } catch (const std::bad_alloc&) {
-            m_status = kAudioFileOutOfMemoryError;
+            end(kAudioFileOutOfMemoryError);
         }
         m_ring.pop(frames);
     }
@@ -58,14 +58,19 @@ void AsyncWriter::put(std::span<const std::byte> bytes) {
     // After a failed write too: all that fitted is to be heard.
     if (const OSStatus header = m_file.refreshHeader(); status == noErr)
         status = header;
-    Log::status(status);
-    m_status = status;
+    end(status);
+}
+
+void AsyncWriter::end(OSStatus status) {
+    OSStatus none = noErr;
+    if (status != noErr && m_status.compare_exchange_strong(none, status))
+        Log::status(status);
 }
 
 void AsyncWriter::sync() {
     const std::uint64_t bytes = m_bytes;
     if (bytes != m_synced)
-        m_file.sync();
+        end(m_file.sync());  // the kernel tells of a lost write once only
     m_synced = bytes;
 }
 

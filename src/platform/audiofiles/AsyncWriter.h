@@ -35,6 +35,8 @@ class AsyncWriter {
     void emptyRing();
     void put(std::span<const std::byte> bytes);
     void sync();
+    /// Nothing for noErr; else, if it is the first, says so and stops the writing.
+    void end(OSStatus status);
 
     WavOutput& m_file;
     FormatChange m_change;

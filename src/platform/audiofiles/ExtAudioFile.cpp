@@ -161,5 +161,5 @@ std::string extAudioFileProblem(const std::string& path, OSStatus status, std::u
     std::snprintf(end.data(), end.size(), "; the recording ends after %.1f s",
                   static_cast<double>(frames) / rate);
     // Between the reason and what to do about it.
-    return line.insert(std::min(line.find(';'), line.size()), end.data());
+    return line.insert(std::min(line.find(';', path.size()), line.size()), end.data());
 }

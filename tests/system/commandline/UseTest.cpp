@@ -13,6 +13,8 @@ TEST_F(CommandLine, helpsEverywhere) {
           "--no-auto-gain", "--force", "--verbose"}},
         {{"play", "--help"}, {"--device", "--sound", "--preset", "--set"}},
         {{"devices", "--help"}, {"--json"}},
+        {{"presets", "--help"},
+         {"list", "show", "rename", "delete", "import", "export", "--output", "--force"}},
     };
     for (const auto& [words, told] : cases) {
         SCOPED_TRACE(testing::PrintToString(words));

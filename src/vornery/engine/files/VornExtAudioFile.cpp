@@ -27,15 +27,13 @@ void VornExtAudioFile::keep(OSStatus status) {
 
 void VornExtAudioFile::setClientFormat(const StreamDescription& format) {
     m_clientFormat = format;
-    if (m_file)
-        keep(ExtAudioFileSetProperty(m_file, kExtAudioFileProperty_ClientDataFormat, sizeof(format),
-                                     &format));
+    keep(ExtAudioFileSetProperty(m_file, kExtAudioFileProperty_ClientDataFormat, sizeof(format),
+                                 &format));
 }
 
 void VornExtAudioFile::primeAsyncWriting() {
     m_asyncPrimed = true;
-    if (m_file)
-        keep(writeAsync(0, nullptr));
+    keep(writeAsync(0, nullptr));
 }
 
 OSStatus VornExtAudioFile::writeAsync(std::uint32_t frames, const AudioBufferList* data) noexcept {
