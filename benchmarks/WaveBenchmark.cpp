@@ -55,16 +55,20 @@ void locate(benchmark::State& state) {
 }
 BENCHMARK(locate);
 
-void memcpyIntoFresh(benchmark::State& state) {
-    const auto floats = static_cast<std::size_t>(state.range(0)) * 2;
-    const std::vector<float> source(floats, 0.5f);
+/// As many floats as the others write, in `pieces` runs of memory. Merging makes 18.
+void memcpyIntoFresh(benchmark::State& state, std::size_t pieces) {
+    const auto floats = static_cast<std::size_t>(state.range(0)) * 2 / pieces;
+    const std::vector<float> source(floats * pieces, 0.5f);
     for (auto _ : state) {
-        SampleMemory fresh(floats);
-        fresh.faultIn();
-        std::memcpy(fresh.data(), source.data(), floats * sizeof(float));
+        std::vector<SampleMemory> fresh(pieces);
+        for (std::size_t i = 0; i < pieces; ++i) {
+            fresh[i].resize(floats);
+            fresh[i].faultIn();
+            std::memcpy(fresh[i].data(), source.data() + i * floats, floats * sizeof(float));
+        }
         benchmark::DoNotOptimize(fresh.data());
     }
-    countBytes(state, floats);
+    countBytes(state, floats * pieces);
 }
 
 /// Target floats per second, from `from` to `to` channels.
@@ -89,7 +93,8 @@ void merge(benchmark::State& state, std::uint32_t channels) {
 
 constexpr std::int64_t kMinute = 60 * 44100;  // frames of stereo
 
-BENCHMARK(memcpyIntoFresh)->Arg(44100)->Arg(kMinute);
+BENCHMARK_CAPTURE(memcpyIntoFresh, whole, 1)->Arg(44100)->Arg(kMinute);
+BENCHMARK_CAPTURE(memcpyIntoFresh, pieces, 18)->Arg(44100)->Arg(kMinute);
 BENCHMARK_CAPTURE(flatten, stereo, 2, 2)->Arg(44100)->Arg(kMinute);
 BENCHMARK_CAPTURE(flatten, monoToStereo, 1, 2)->Arg(44100)->Arg(kMinute);
 BENCHMARK_CAPTURE(flatten, stereoToMono, 2, 1)->Arg(44100)->Arg(kMinute);

@@ -8,19 +8,20 @@
 #include "Commands.h"
 #include "DeviceRequest.h"
 #include "Listening.h"
+#include "LiveLoop.h"
 #include "MeteredDevice.h"
 #include "OutputRequest.h"
 #include "Signals.h"
+#include "SoundArgument.h"
 #include "StatusLine.h"
 #include "WavFileWriter.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
-#include "runloop/RunLoop.h"
+#include "runloop/Clock.h"
 #include "startup/Instrument.h"
 
 namespace {
 
-constexpr double kLongestSleep = 0.05;           // seconds
 constexpr std::uint64_t kPlayedOut = 44100 / 5;  // frames of silence behind the last sound
 constexpr double kHighestGain = 100;
 constexpr double kSlowestPace = 60;  // seconds
@@ -120,8 +121,7 @@ void goOn(Listening& listening, Audition& audition, StatusLine& line, double sec
     if (Signals::takeSilenceWanted())
         audition.stop();
     listening.goOnTo(seconds);
-    RunLoop::main().turn();
-    Log::drain();
+    LiveLoop::turn();
     line.show(listening.status());
 }
 
@@ -135,7 +135,7 @@ double listenLive(Listening& listening, Audition& audition, const MeteredDevice&
         goOn(listening, audition, line, elapsed);
         if (listening.ended() && device.silentFrames() >= kPlayedOut)
             break;
-        sleepUntil(started + std::min(listening.nextDue(), elapsed + kLongestSleep));
+        LiveLoop::sleepUntil(started + listening.nextDue());
     }
     return elapsed;
 }

@@ -1,7 +1,5 @@
 #include "DeviceRequest.h"
 
-#include <time.h>
-
 #include <cstdio>
 
 #include "CommandFrame.h"
@@ -29,11 +27,4 @@ std::string DeviceRequest::read(const Arguments& arguments) {
 void tellPlayed(double seconds, const AudioDeviceInfo& device) {
     std::printf("%.2f s played on %s, %llu periods lost\n", seconds, device.name.c_str(),
                 static_cast<unsigned long long>(device.xruns));
-}
-
-void sleepUntil(double moment) {
-    timespec until{};
-    until.tv_sec = static_cast<time_t>(moment);
-    until.tv_nsec = static_cast<long>((moment - static_cast<double>(until.tv_sec)) * 1e9);
-    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr);
 }

@@ -20,6 +20,3 @@ struct DeviceRequest {
 
 /// How it went, on stdout.
 void tellPlayed(double seconds, const AudioDeviceInfo& device);
-
-/// Returns at a moment of `Clock::monotonic`, or early when a signal arrives.
-void sleepUntil(double moment);

@@ -1,18 +1,22 @@
+#include <limits>
+#include <optional>
+
 #include "CommandFrame.h"
 #include "Commands.h"
 #include "DeviceRequest.h"
+#include "LiveLoop.h"
 #include "MeteredDevice.h"
+#include "RecordedPlay.h"
 #include "Signals.h"
 #include "SongSession.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
 #include "runloop/Clock.h"
-#include "runloop/RunLoop.h"
 
 namespace {
 
-constexpr double kLongestTail = 60.0;   // seconds after the song's end
-constexpr double kLongestSleep = 0.05;  // seconds: how soon a signal or a log line is seen to
+constexpr double kLongestTail = 60.0;  // seconds after the song's end
+constexpr double kNever = std::numeric_limits<double>::infinity();
 constexpr std::uint64_t kFadedFrames = 44100;
 
 constexpr CommandText kText{"ombrix play SONG.mid [options]",
@@ -23,6 +27,7 @@ const std::vector<OptionRow>& options() {
         kDeviceOption,
         kPeriodOption,
         {"seconds", "S", "stop after S seconds"},
+        {"record", nullptr, "record it into the data folder, from the first note on"},
     });
     return rows;
 }
@@ -36,18 +41,18 @@ class LivePlay {
           m_player(session.timeline(), session.instrument().notes()),
           m_longest(longest) {}
 
-    void run() {
+    /// `recorded` may be null.
+    void run(RecordedPlay* recorded) {
         m_started = Clock::monotonic();
         while (!Signals::stopWanted() && !finished()) {
             if (Signals::takeSilenceWanted())
                 m_session.instrument().silence();
             // The frame that is due now, and the one that began with this very moment.
             m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
-            RunLoop::main().turn();
-            Log::drain();
-            const double due = static_cast<double>(m_player.nextFrame()) / kGraphRate;
-            const double latest = elapsed() + kLongestSleep;
-            sleepUntil(m_started + (m_player.ended() || due > latest ? latest : due));
+            if (recorded)
+                recorded->goOn();
+            LiveLoop::turn();
+            LiveLoop::sleepUntil(m_player.ended() ? kNever : m_started + nextEvent());
         }
         m_session.instrument().notes().releaseAll();
     }
@@ -55,6 +60,7 @@ class LivePlay {
     double elapsed() const { return Clock::monotonic() - m_started; }
 
   private:
+    double nextEvent() const { return static_cast<double>(m_player.nextFrame()) / kGraphRate; }
     bool finished() const {
         if (elapsed() >= m_longest)
             return true;
@@ -93,10 +99,14 @@ int playCommand(std::span<char*> words) {
 
     session->instrument().play();
     LivePlay play(*session, *device, request.longest);
-    play.run();
+    std::optional<RecordedPlay> recorded;
+    if (frame.arguments().has("record"))
+        recorded.emplace(session->instrument());
+    play.run(recorded ? &*recorded : nullptr);
+    const bool good = !recorded || recorded->finish();
     const AudioDeviceInfo info = device->info();
     session->instrument().stop();
     Log::drain();
     tellPlayed(play.elapsed(), info);
-    return kExitDone;
+    return good ? kExitDone : kExitFailed;
 }

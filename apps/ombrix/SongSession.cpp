@@ -1,17 +1,18 @@
 #include "SongSession.h"
 
 #include <array>
-#include <filesystem>
 
+#include "PresetArgument.h"
 #include "RandomSource.h"
+#include "SoundArgument.h"
 #include "log/Log.h"
 #include "midi/MidiFile.h"
 
 namespace {
 
 constexpr std::array kSongOptions{
-    OptionRow{"sound", "NAME|FILE", "the sound that is played: a built-in name or a sound file"},
-    OptionRow{"preset", "FILE", "all settings from a preset (XML property list)"},
+    OptionRow{"sound", "NAME|FILE", "the sound that is played: its name or a sound file"},
+    OptionRow{"preset", "NAME|FILE", "all settings from a preset: its name, or a property list"},
     OptionRow{"set", "KEY=VALUE", "one setting, as a preset stores it; may be given again"},
     OptionRow{"seed", "N", "start of the random sequence, 0 to 4294967295 (1)"},
     OptionRow{"no-auto-gain", nullptr, "leave the level as it is"},
@@ -28,22 +29,6 @@ std::string applySetting(Preset& preset, const std::string& setting) {
 }
 
 }  // namespace
-
-std::optional<std::string> soundPath(const std::string& sound) {
-    std::error_code ignored;
-    if (std::filesystem::exists(sound, ignored))
-        return sound;
-    const std::string name = WaveChoice::plainWaveName(sound);
-    if (name.empty() || name.find('/') != std::string::npos)
-        return std::nullopt;
-    if (const auto exact = WaveChoice::resource(name))
-        return exact;
-    return WaveChoice::resource(name + ".wav");
-}
-
-std::string noSuchSound(const std::string& sound) {
-    return sound + ": no such sound file, nor a built-in sound of that name";
-}
 
 std::span<const OptionRow> songOptions() {
     return kSongOptions;
@@ -82,20 +67,23 @@ std::string SongSession::settle(const Arguments& arguments) {
         RandomSource::seed(static_cast<std::uint32_t>(*seed));
     }
     m_instrument = std::make_unique<Instrument>(!arguments.has("no-auto-gain"));
-    Preset preset = m_instrument->makePresetFromSettings();
     std::string error;
-    if (const auto path = arguments.value("preset")) {
-        const auto read = readPresetFile(*path, error);
-        if (!read)
-            return error;
-        preset = *read;
-    }
+    PresetArgument chosen{m_instrument->makePresetFromSettings()};
+    if (const auto choice = arguments.value("preset"))
+        chosen = PresetArgument::find(*choice, error);
+    if (!chosen.preset)
+        return error;
+    Preset preset = *chosen.preset;
     for (const std::string& setting : arguments.values("set")) {
         if (error = applySetting(preset, setting); !error.empty())
             return error;
     }
     const auto sound = arguments.has("sound") ? arguments.value("sound") : preset.wave;
-    if (error = loadSound(sound); !error.empty())
+    if (chosen.isStored && sound && sound == chosen.preset->wave)
+        error = loadFile(storedSoundPath(preset));
+    else
+        error = loadSound(sound);
+    if (!error.empty())
         return error;
     preset.wave.reset();  // loaded already
     m_instrument->updateSettingsFromPreset(preset);
@@ -106,7 +94,11 @@ std::string SongSession::loadSound(const std::optional<std::string>& sound) {
     const auto path = sound ? soundPath(*sound) : WaveChoice::defaultSoundFile();
     if (!path)
         return noSuchSound(*sound);
-    const WaveChoice::Loaded loaded = WaveChoice::load(*path);
+    return loadFile(*path);
+}
+
+std::string SongSession::loadFile(const std::string& path) {
+    const WaveChoice::Loaded loaded = WaveChoice::load(path);
     if (!loaded.wave)
         return loaded.error;
     if (!loaded.notice.empty())

@@ -12,13 +12,9 @@
 /// The options that say what is played and how it sounds, for every command that plays a song.
 std::span<const OptionRow> songOptions();
 
-/// The file of a sound as a user names it: an existing path first, else a built-in name with or
-/// without ".wav"; none for neither, which is told in one line.
-std::optional<std::string> soundPath(const std::string& sound);
-std::string noSuchSound(const std::string& sound);
-
-/// A song and an instrument set up to play it, made from a user's words. User defaults, data folder
-/// and preset store are neither read nor written.
+/// A song and an instrument set up to play it, made from a user's words. The preset store and the
+/// data folder's sounds are only read, and only for a preset that is given by its name; user
+/// defaults are not.
 class SongSession {
   public:
     /// Null after bad use or bad input, with `error` one line.
@@ -32,6 +28,7 @@ class SongSession {
     std::string readSong(const std::string& path);
     std::string settle(const Arguments& arguments);
     std::string loadSound(const std::optional<std::string>& sound);
+    std::string loadFile(const std::string& path);
 
     MidiTimeline m_timeline;
     std::unique_ptr<Instrument> m_instrument;

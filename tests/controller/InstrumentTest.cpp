@@ -9,9 +9,12 @@
 #include "PlainInstrument.h"
 #include "RandomSource.h"
 #include "RenderWatch.h"
+#include "ScratchFolder.h"
 #include "audiounits/RenderScope.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ManualDevice.h"
+#include "files/VornAudioFile.h"
+#include "graph/Vornery.h"
 #include "log/Log.h"
 
 namespace {
@@ -68,11 +71,20 @@ class InstrumentTest : public testing::Test {
 };
 
 /// Ours and the plain one under the same random playing, sample by sample.
-class SameAsPlain : public InstrumentTest, public testing::WithParamInterface<std::uint32_t> {};
+class SameAsPlain : public InstrumentTest, public testing::WithParamInterface<std::uint32_t> {
+  protected:
+    void playRandomly();
+};
+
+/// The same with the final mixer that places its bus in space, where that starts.
+class SameInSpace : public SameAsPlain {
+  protected:
+    static void SetUpTestSuite() { Vornery::set3DMixerDesired(true); }
+};
 
 }  // namespace
 
-TEST_P(SameAsPlain, throughRandomPlaying) {
+void SameAsPlain::playRandomly() {
     SCOPED_TRACE(kSeed);
     const auto sound = soundOf(30000);
     playSound(sound);
@@ -107,6 +119,15 @@ TEST_P(SameAsPlain, throughRandomPlaying) {
     }
 }
 
+TEST_P(SameAsPlain, throughRandomPlaying) {
+    playRandomly();
+}
+
+TEST_P(SameInSpace, throughRandomPlaying) {
+    playRandomly();
+}
+
+INSTANTIATE_TEST_SUITE_P(Buffers, SameInSpace, testing::Values(441));
 INSTANTIATE_TEST_SUITE_P(Buffers, SameAsPlain, testing::Values(1, 7, 64, 441, 512, 1023, 8192));
 
 TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
@@ -115,6 +136,8 @@ TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
     playSound(soundOf(5000));
     m_instrument.play();
     std::vector<std::int16_t> out(8192);
+    const ScratchFolder folder;
+    m_instrument.recordingUnit().startRecordingTo(folder.file("a.wav"));
     const RenderWatch watch;
     for (int turn = 0; turn < 60; ++turn) {
         m_instrument.updateSettingsFromPreset(randomPreset(m_random));
@@ -126,6 +149,7 @@ TEST_F(InstrumentTest, doesNothingForbiddenWhileItRenders) {
     }
     EXPECT_EQ(watch.renders(), 120u);
     EXPECT_THAT(watch.violations(), testing::IsEmpty());
+    m_instrument.recordingUnit().stopRecording();
 }
 
 TEST_F(InstrumentTest, startsWithTheSettingsThatEveryPresetBeginsFrom) {
@@ -178,4 +202,24 @@ TEST_F(InstrumentTest, silencesEverythingAtOnce) {
     m_instrument.silence();
     EXPECT_EQ(render(8192), std::vector<std::int16_t>(8192, 0));
     EXPECT_FALSE(m_instrument.keysSound());
+}
+
+TEST_F(InstrumentTest, recordsWhatIsHeard) {
+    const ScratchFolder folder;
+    playSound(soundOf(20000));
+    m_instrument.play();
+    m_instrument.recordingUnit().startRecordingTo(folder.file("a.wav"));
+    std::vector<std::int16_t> heard = render(1000);  // silence is a part of it
+    m_instrument.notes().midiNoteDown(60, 127);
+    for (const std::int16_t sample : render(5000))
+        heard.push_back(sample);
+    m_instrument.recordingUnit().stopRecording();
+    EXPECT_NE(heard.back(), 0);
+
+    VornAudioFile file(folder.file("a.wav"));
+    ASSERT_EQ(file.byteCount(), heard.size() * 2);
+    std::vector<std::int16_t> written(heard.size());
+    auto bytes = static_cast<std::uint32_t>(file.byteCount());
+    EXPECT_TRUE(file.ReadIntoBuffer(written.data(), &bytes));
+    EXPECT_EQ(written, heard);
 }

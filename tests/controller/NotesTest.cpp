@@ -113,7 +113,7 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
         int touched = 0;
         std::vector<std::pair<int, bool>> shown;
     } screen;
-    m_notes.setDelegate(&screen);
+    m_notes.addDelegate(screen);
     m_notes.midiNoteDown(21, 127);
     EXPECT_EQ(voiceOf(0), 0);
     EXPECT_EQ(m_voices.synths[0]->note()->frequency, 27.5f);
@@ -131,7 +131,7 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
     EXPECT_THAT(screen.shown, testing::ElementsAre(Shown(0, true), Shown(87, true), Shown(0, false),
                                                    Shown(87, false)));
     EXPECT_EQ(screen.touched, 4);
-    m_notes.setDelegate(nullptr);
+    m_notes.removeDelegate(screen);
     m_notes.midiNoteDown(60, 1);
 }
 

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "ScratchFolder.h"
 #include "wavechoice/GeneratedWaves.h"
@@ -42,6 +45,23 @@ class WaveChoiceTest : public testing::Test {
             synth = std::make_unique<GrainSynthesiser>(nullptr);
     }
     const GrainSynthesiser& lastVoice() const { return *m_voices.synths[11]; }
+    static std::shared_ptr<VornWaveSequence> sound(const std::vector<float>& samples) {
+        return VornWaveSequence::sequenceWithWave(VornWave2::initWithCopyOfData(
+            samples.data(), static_cast<std::uint32_t>(samples.size()),
+            StreamDescription::float32(1), "Test"));
+    }
+    /// The samples of a WAV file with the smallest header.
+    static std::vector<std::int16_t> stored(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        const std::string bytes(std::istreambuf_iterator<char>(file), {});
+        std::vector<std::int16_t> samples(bytes.size() < 44 ? 0 : (bytes.size() - 44) / 2);
+        std::copy_n(bytes.data() + 44, samples.size() * 2, reinterpret_cast<char*>(samples.data()));
+        return samples;
+    }
+    std::size_t filesInFolder() const {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(m_folder.path()), {}));
+    }
 
     ScratchFolder m_folder;
     Voices m_voices;
@@ -117,4 +137,55 @@ TEST_F(WaveChoiceTest, fallsBackOnceAndKeepsTheSoundThatPlays) {
     EXPECT_EQ(lastVoice().sampleCount(), 2u);
     ASSERT_TRUE(m_choice.setWaveTo(m_folder.file("missing.wav")).wave);
     EXPECT_EQ(m_choice.currentWaveFilename(), "Sine Wave.wav");
+}
+
+TEST_F(WaveChoiceTest, storesSamplesTruncatedAndWrappedAround) {
+    constexpr float kInfinite = std::numeric_limits<float>::infinity();
+    const std::string path = WaveChoice::dataFile("stored.wav");
+    ASSERT_EQ(WaveChoice::storeWave(*sound({0.f, 1.f, -1.f, 0.99999f, -0.99999f, 0.00003f, 1.5f,
+                                            -2.f, std::nanf(""), 1e30f, -kInfinite}),
+                                    path),
+              "");
+    EXPECT_EQ(stored(path),
+              (std::vector<std::int16_t>{0, 32767, -32767, 32766, -32766, 0, -16386, 2, 0, -1, 0}));
+    const WaveChoice::Loaded loaded = m_choice.setWaveTo(path);
+    ASSERT_TRUE(loaded.wave);
+    EXPECT_EQ(m_choice.currentWave()->sampleCount(), 11u);
+    EXPECT_EQ(WaveChoice::storeWave(*sound({}), path), "");
+    EXPECT_TRUE(stored(path).empty());
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(WaveChoiceTest, storesNothingBeyondTheMemoryOfTheFirstWindow) {
+    const auto two = sound({0.5f, 0.5f})->sequenceByAppendingSequence(*sound({0.25f, 0.25f}));
+    ASSERT_EQ(WaveChoice::storeWave(*two, WaveChoice::dataFile("two.wav")), "");
+    EXPECT_EQ(stored(WaveChoice::dataFile("two.wav")),
+              (std::vector<std::int16_t>{16383, 16383, 0, 0}));
+}
+
+TEST_F(WaveChoiceTest, failsToStoreInOneLineAndKeepsWhatIsThere) {
+    EXPECT_NE(WaveChoice::storeWave(*sound({1.f}), m_folder.file("none/a.wav")).find("none/a.wav"),
+              std::string::npos);
+    std::filesystem::create_directory(m_folder.file("taken.wav"));
+    EXPECT_NE(WaveChoice::storeWave(*sound({1.f}), m_folder.file("taken.wav")), "");
+    EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(WaveChoiceTest, namesAndUsesARecording) {
+    EXPECT_EQ(WaveChoice::findAvailableWaveName("Recording"), "Recording Audio");
+    for (const char* name : {"Recording Audio.wav", "Recording Audio 2.wav", "Mine.wav"})
+        writeFloatWav(WaveChoice::dataFile(name), 1, {0.f});
+    EXPECT_EQ(WaveChoice::findAvailableWaveName("Recording"), "Recording Audio 3");
+    EXPECT_TRUE(WaveChoice::hasWaveWithName("Mine"));
+    EXPECT_TRUE(WaveChoice::hasWaveWithName("Sine Wave"));
+    EXPECT_FALSE(WaveChoice::hasWaveWithName("Mine.wav"));
+
+    ASSERT_TRUE(m_choice.setWaveTo(WaveChoice::dataFile("Mine.wav")).wave);
+    const float samples[] = {0.5f, -0.5f, 0.25f};
+    m_choice.useUnsaved(
+        VornWave2::initWithCopyOfData(samples, 3, StreamDescription::float32(1), "Recording"));
+    EXPECT_FALSE(m_choice.currentWaveFilename());
+    for (const auto& synth : m_voices.synths)
+        EXPECT_EQ(synth->sampleCount(), 3u);
+    EXPECT_EQ(m_choice.currentWave()->sampleCount(), 3u);
 }

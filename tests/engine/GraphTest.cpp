@@ -10,6 +10,7 @@
 #include "graph/VornOutputUnit.h"
 #include "graph/VornTestSignalGeneratorUnit.h"
 #include "graph/Vornery.h"
+#include "graph/VorniPodEQUnit.h"
 #include "log/Log.h"
 
 namespace {
@@ -176,6 +177,54 @@ TEST(Vornery, playsACallbackUnitThroughMixerAndHardware) {
     engine.stop();
     engine.uninitialise();
     engine.disconnect(source, 0, engine.mixer(), 0);
+}
+
+TEST(Vornery, playsThroughTheMixerThatPlacesBusesInSpace) {
+    const auto device = std::make_shared<ManualDevice>();
+    AudioDevices::use(device);
+    Vornery::set3DMixerDesired(true);
+    Vornery& engine = Vornery::sharedInstance();
+    auto* mixer = dynamic_cast<Vorn3DMixerUnit*>(&engine.mixer());
+    ASSERT_TRUE(mixer);
+    Constant source(-1234);
+    VorniPodEQUnit equaliser;
+    engine.connect(source, equaliser);
+    engine.connect(equaliser, *mixer);
+    equaliser.initialise();
+    engine.initialise();
+    engine.play();
+    std::vector<std::int16_t> out(300);
+    device->render(out);
+    EXPECT_EQ(out, std::vector<std::int16_t>(300, -1234));
+    mixer->setDistance(0, 4.f);
+    mixer->setGain(0, 6.0206f);
+    mixer->setAzimuth(0, -90.f);
+    mixer->setElevation(0, 10.f);
+    device->render(out);
+    EXPECT_NEAR(out[0], -1234, 10) << "on its way";
+    device->render(out);
+    EXPECT_EQ(out, std::vector<std::int16_t>(300, -617));
+    Log::clear();
+    mixer->setAzimuth(7, 0.f);
+    EXPECT_EQ(Log::lines(), std::vector<std::string>{"AU Error -10877 / ffffd583"});
+    engine.stop();
+    engine.uninitialise();
+}
+
+TEST(VorniPodEQUnit, listsItsPresetsAndKeepsTheOneChosen) {
+    Log::clear();
+    VorniPodEQUnit equaliser;
+    const auto presets = equaliser.presets();
+    ASSERT_GT(presets.size(), 10u);
+    EXPECT_EQ(equaliser.currentPreset(), VorniPodEQUnit::Preset(0, "Flat"));
+    for (const auto& preset : presets) {
+        equaliser.setCurrentPreset({preset.first, "other"});
+        EXPECT_EQ(equaliser.currentPreset(), preset);
+    }
+    EXPECT_TRUE(Log::lines().empty());
+    equaliser.setCurrentPreset({4711, "Flat"});
+    EXPECT_EQ(Log::lines(), std::vector<std::string>{"AU Error -10851 / ffffd59d"});
+    EXPECT_EQ(equaliser.currentPreset(), presets.back());
 }
 
 TEST(VornTestSignalGeneratorUnit, is440HertzWhateverTheBuffers) {

@@ -13,7 +13,8 @@ const AudioComponentDescription kMixer{fourCC("aumx"), fourCC("mcmx"), fourCC("a
 TEST(AudioComponent, isFoundByTypeSubtypeAndManufacturerAndMadeIntoInstances) {
     for (const auto& [type, subtype] :
          {std::pair{fourCC("auou"), fourCC("rioc")}, std::pair{fourCC("aumx"), fourCC("mcmx")},
-          std::pair{fourCC("aufc"), fourCC("conv")}}) {
+          std::pair{fourCC("aufc"), fourCC("conv")}, std::pair{fourCC("aumx"), fourCC("3dem")},
+          std::pair{fourCC("aufx"), fourCC("ipeq")}}) {
         const AudioComponentDescription wanted{type, subtype, fourCC("appl"), 0, 0};
         const AudioComponent found = AudioComponentFindNext(nullptr, &wanted);
         ASSERT_TRUE(found);

@@ -7,8 +7,6 @@
 
 namespace {
 
-NotesDelegate nobody;
-
 constexpr float kLowestPitch = 27.5f;  // hertz
 constexpr int kStageIdle = 0;
 constexpr int kStageReleasing = 2;
@@ -19,7 +17,7 @@ bool isKey(int key) {
 
 }  // namespace
 
-Notes::Notes(Voices& voices) : m_voices(voices), m_delegate(&nobody) {
+Notes::Notes(Voices& voices) : m_voices(voices) {
     for (int key = 0; key < kKeyCount; ++key) {
         const auto octaves = static_cast<float>(key / 12.0);
         m_noteFrequencies[static_cast<std::size_t>(key)] = kLowestPitch * std::pow(2.f, octaves);
@@ -27,12 +25,18 @@ Notes::Notes(Voices& voices) : m_voices(voices), m_delegate(&nobody) {
     m_triggeredNoteUnits.fill(-1);
 }
 
-void Notes::setDelegate(NotesDelegate* delegate) {
-    m_delegate = delegate ? delegate : &nobody;
+void Notes::tellTouched(bool down) {
+    for (NotesDelegate* delegate : m_delegates)
+        delegate->keyTouched(down);
+}
+
+void Notes::tellShown(int key, bool highlighted) {
+    for (NotesDelegate* delegate : m_delegates)
+        delegate->keyShown(key, highlighted);
 }
 
 void Notes::tinkleIvory(int key, float gain) {
-    m_delegate->keyTouched(true);
+    tellTouched(true);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit != -1)
         return;
@@ -45,7 +49,7 @@ void Notes::tinkleIvory(int key, float gain) {
 }
 
 void Notes::untinkleIvory(int key) {
-    m_delegate->keyTouched(false);
+    tellTouched(false);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit == -1)
         return;
@@ -62,14 +66,14 @@ void Notes::midiNoteDown(std::uint8_t note, std::uint8_t velocity) {
         untinkleIvory(key);
     else
         tinkleIvory(key, gain);
-    m_delegate->keyShown(key, gain > 0.f);
+    tellShown(key, gain > 0.f);
 }
 
 void Notes::midiNoteUp(std::uint8_t note) {
     const int key = note - kLowestMidiNote;
     if (!isKey(key))
         return;
-    m_delegate->keyShown(key, false);
+    tellShown(key, false);
     untinkleIvory(key);
 }
 

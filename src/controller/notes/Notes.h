@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "startup/Voices.h"
 
@@ -26,8 +27,9 @@ class Notes {
   public:
     explicit Notes(Voices& voices);
 
-    /// Not retained; null for none.
-    void setDelegate(NotesDelegate* delegate);
+    /// Told from now on, after those added before; not retained. [main, but not from a delegate]
+    void addDelegate(NotesDelegate& delegate) { m_delegates.push_back(&delegate); }
+    void removeDelegate(NotesDelegate& delegate) { std::erase(m_delegates, &delegate); }
 
     /// Starts a key with a gain in [0, 1]. A key that sounds already is left alone.
     void tinkleIvory(int key, float gain = 1.f);
@@ -58,9 +60,11 @@ class Notes {
     /// The voice triggered first of those that the choice admits, and before `now`; -1 if none.
     int oldestVoice(Choice choice, double now) const;
     void stealVoice(unsigned voice);
+    void tellTouched(bool down);
+    void tellShown(int key, bool highlighted);
 
     Voices& m_voices;
-    NotesDelegate* m_delegate;
+    std::vector<NotesDelegate*> m_delegates;
     std::array<float, kKeyCount> m_noteFrequencies;
     std::array<std::int32_t, kKeyCount> m_triggeredNoteUnits;
 };

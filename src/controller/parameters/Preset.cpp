@@ -1,5 +1,6 @@
 #include "parameters/Preset.h"
 
+#include "parameters/PresetNames.h"
 #include "parameters/PresetValue.h"
 #include "propertylists/PropertyList.h"
 #include "text/CNumber.h"
@@ -62,13 +63,25 @@ bool Preset::setValue(std::string_view key, const PropertyListValue& value, std:
     if (key == kName)
         return take(key, value.string(), name, error);
     if (key == kWave)
-        return take(key, value.string(), wave.emplace(), error);
+        return setWave(value, error);
     if (key == kProtected)
         return take(key, value.boolean(), isProtected, error);
     if (const Parameter* parameter = parameterWithKey(key))
         return setParameter(*parameter, value, error);
     error = unknownKey(key);
     return false;
+}
+
+bool Preset::setWave(const PropertyListValue& value, std::string& error) {
+    std::string named;
+    if (!take(kWave, value.string(), named, error))
+        return false;
+    const std::string fault = PresetNames::waveFault(named);
+    if (fault.empty())
+        wave = std::move(named);
+    else
+        error = "wave is \"" + oneLine(named) + "\", which is " + fault;
+    return fault.empty();
 }
 
 std::optional<Preset> Preset::fromPropertyList(const PropertyListValue& value, std::string& error) {
@@ -98,6 +111,7 @@ PropertyListValue Preset::toPropertyList() const {
         dictionary.emplace(kWave, *wave);
     if (isProtected)
         dictionary.emplace(kProtected, true);
+    dictionary.insert(unknown.begin(), unknown.end());
     return dictionary;
 }
 

@@ -18,6 +18,8 @@ class Preset {
     bool syncSpeed = false;
     std::int32_t grainMotion = 0;  // an index into kGrainModes
     bool isProtected = false;      // shipped with the program: not to be deleted
+    /// Keys of a newer version, kept as they are when the preset is written again.
+    PropertyListValue::Dictionary unknown;
 
     /// Of a parameter of kind number, as stored; a bass delay of 0 means the default.
     float number(ParameterId id) const { return m_numbers[std::size_t(id)]; }
@@ -30,18 +32,20 @@ class Preset {
     /// others. On failure `error` is one line that names key, value and what is allowed.
     static std::optional<Preset> fromPropertyList(const PropertyListValue& value,
                                                   std::string& error);
-    /// Every parameter and the name; "wave" and "protected" only where they say something.
+    /// Every parameter and the name; "wave" and "protected" only where they say something; what is
+    /// unknown here.
     PropertyListValue toPropertyList() const;
 
     /// Sets one key from text in C notation, as `--set KEY=VALUE` gives it: a number for a number,
-    /// true, false, 1 or 0 for "syncSpeed", 0 to 6 for "grainMotion", anything for "wave"; "name"
-    /// and "protected" are refused. On failure nothing changes and `error` is one line.
+    /// true, false, 1 or 0 for "syncSpeed", 0 to 6 for "grainMotion", a file name for "wave";
+    /// "name" and "protected" are refused. On failure nothing changes and `error` is one line.
     bool set(std::string_view key, const std::string& text, std::string& error);
 
     bool operator==(const Preset&) const = default;
 
   private:
     bool setValue(std::string_view key, const PropertyListValue& value, std::string& error);
+    bool setWave(const PropertyListValue& value, std::string& error);
     bool setParameter(const Parameter& parameter, const PropertyListValue& value,
                       std::string& error);
 

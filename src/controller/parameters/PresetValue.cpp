@@ -1,5 +1,7 @@
 #include "parameters/PresetValue.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -73,4 +75,19 @@ std::optional<float> presetValue(const Parameter& parameter, const PropertyListV
     if (!isAllowed(parameter, *number))
         return refuse("");
     return float(*number);
+}
+
+float repairedValue(const Parameter& parameter, const PropertyListValue& value) {
+    const auto number = numberIn(value, parameter.kind);
+    if (!number || !std::isfinite(*number) || parameter.kind == ParameterKind::choice)
+        return parameter.storedInitial;
+    const double low = parameter.stored.low;
+    const double nearest = std::clamp(*number, low, double(parameter.stored.high));
+    return float(parameter.kind == ParameterKind::flag ? std::ceil(nearest) : nearest);
+}
+
+std::string shownValue(const Parameter& parameter, float stored) {
+    if (parameter.kind == ParameterKind::flag)
+        return stored != 0 ? "true" : "false";
+    return shortest(stored);
 }

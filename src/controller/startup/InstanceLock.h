@@ -3,6 +3,8 @@
 #include <memory>
 #include <string>
 
+#include "storage/FileLock.h"
+
 /// This process's place among those that run on one data folder: the first has ordinal 1, one that
 /// starts beside it 2, and so on. A place is a lock file of its own, ".running.lock",
 /// ".running 2.lock"; the system takes the lock away from a process that dies. What must be done by
@@ -12,9 +14,6 @@ class InstanceLock {
     /// Takes the lowest free place in `folder`. Where nothing can be locked (a read-only folder, a
     /// file system without locks) the ordinal is 0: such a process owns nothing.
     explicit InstanceLock(const std::string& folder);
-    ~InstanceLock();
-    InstanceLock(const InstanceLock&) = delete;
-    InstanceLock& operator=(const InstanceLock&) = delete;
 
     int ordinal() const { return m_ordinal; }
 
@@ -22,31 +21,22 @@ class InstanceLock {
     /// whether it did. Also true for the place that this process holds.
     template <typename Work>
     bool whileFree(int ordinal, Work work) {
+        if (ordinal < 1)
+            return false;
         if (ordinal == m_ordinal) {
             work();
             return true;
         }
-        const Place place(m_folder, ordinal);
+        const FileLock place(lockFile(m_folder, ordinal));
         if (place.held())
             work();
         return place.held();
     }
 
   private:
-    /// A lock file, held while this lives if no one else holds it.
-    class Place {
-      public:
-        Place(const std::string& folder, int ordinal);
-        ~Place();
-        Place(const Place&) = delete;
-        Place& operator=(const Place&) = delete;
-        bool held() const { return m_file >= 0; }
-
-      private:
-        int m_file = -1;
-    };
+    static std::string lockFile(const std::string& folder, int ordinal);
 
     std::string m_folder;
-    std::unique_ptr<Place> m_place;
+    std::unique_ptr<FileLock> m_place;
     int m_ordinal = 0;
 };

@@ -37,7 +37,7 @@ Instrument::Instrument(bool automaticGain) {
 Instrument::~Instrument() {
     m_engine.stop();
     m_engine.uninitialise();
-    m_engine.disconnect(m_converter, 0, m_engine.mixer(), 0);
+    m_engine.disconnect(m_recordingUnit, 0, m_engine.mixer(), 0);
 }
 
 void Instrument::initialiseAudio(bool automaticGain) {
@@ -51,7 +51,8 @@ void Instrument::initialiseAudio(bool automaticGain) {
     m_engine.connect(m_resonanceUnit, m_distortionUnit);
     m_engine.connect(m_distortionUnit, m_delayUnit);
     m_engine.connect(m_delayUnit, m_converter);
-    m_engine.connect(m_converter, m_engine.mixer());
+    m_engine.connect(m_converter, m_recordingUnit);
+    m_engine.connect(m_recordingUnit, m_engine.mixer());
     // No device asks for more than this, so no render has to make these buffers grow.
     m_floatMixer.setMixdownSize(kMaximumDeviceFrames);
     m_converter.setSourceSize(kMaximumDeviceFrames);

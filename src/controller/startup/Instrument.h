@@ -6,6 +6,7 @@
 #include "Float32ToSInt16.h"
 #include "FloatMixer.h"
 #include "OverdriveDistortionFilter.h"
+#include "PassthruRecordingUnit.h"
 #include "ResonanceFilter.h"
 #include "RingModulateFilter.h"
 #include "graph/Vornery.h"
@@ -34,6 +35,8 @@ class Instrument {
     WaveChoice& waves() { return m_waves; }
     const Voices& voices() const { return m_voices; }
     const Float32ToSInt16& converter() const { return m_converter; }
+    /// Hears all that is played, and nothing else.
+    PassthruRecordingUnit& recordingUnit() { return m_recordingUnit; }
 
     /// On is a target peak of 0.5.
     void setAutomaticGain(bool on);
@@ -73,6 +76,7 @@ class Instrument {
     OverdriveDistortionFilter m_distortionUnit;
     DelayFilter m_delayUnit{0.f, 0.f};
     Float32ToSInt16 m_converter;
+    PassthruRecordingUnit m_recordingUnit;
     Notes m_notes{m_voices};
     WaveChoice m_waves{m_voices};
 };

@@ -1,11 +1,16 @@
 #include "wavechoice/WaveChoice.h"
 
+#include <unistd.h>
+
 #include <cctype>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 
 #include "folders/Folders.h"
 #include "log/Log.h"
 #include "wavechoice/GeneratedWaves.h"
+#include "wavechoice/StoredWave.h"
 
 namespace fs = std::filesystem;
 
@@ -123,10 +128,50 @@ WaveChoice::Loaded WaveChoice::withAllChannels(std::shared_ptr<VornWave2> wave,
     return loaded;
 }
 
+std::string WaveChoice::makeDataFolder() {
+    const fs::path folder = fs::path(dataFile("x")).parent_path();
+    std::error_code failed;
+    fs::create_directories(folder, failed);
+    const auto refuse = [&](const std::string& reason) {
+        return "cannot write to the data folder " + folder.string() + ": " + reason;
+    };
+    if (failed && !fs::is_directory(folder))
+        return refuse(failed.message());
+    if (::access(folder.c_str(), W_OK | X_OK) != 0)
+        return refuse(std::strerror(errno));
+    return "";
+}
+
+void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
+    m_currentWave = VornWaveSequence::sequenceWithWave(wave);
+    for (const auto& synth : m_voices.synths)
+        synth->setWaveSource(wave);
+}
+
 void WaveChoice::use(const Loaded& loaded) {
     m_currentWaveFilename = loaded.filename;
-    for (const auto& synth : m_voices.synths)
-        synth->setWaveSource(loaded.wave);
+    giveToVoices(loaded.wave);
+}
+
+void WaveChoice::useUnsaved(std::shared_ptr<VornWave2> wave) {
+    m_currentWaveFilename.reset();
+    giveToVoices(wave);
+}
+
+std::string WaveChoice::storeWave(const VornWaveSequence& wave, const std::string& path) {
+    return StoredWave::store(wave, path, FileNames::Existing::replace);
+}
+
+std::string WaveChoice::findAvailableWaveName(const std::string& base) {
+    const std::string first = base + " Audio";
+    std::string name = first;
+    for (int number = 2; fileExists(dataFile(name + ".wav")); ++number)
+        name = first + ' ' + std::to_string(number);
+    return name;
+}
+
+bool WaveChoice::hasWaveWithName(const std::string& name) {
+    return resource(name + ".wav").has_value() || fileExists(dataFile(name + ".wav"));
 }
 
 WaveChoice::Loaded WaveChoice::setWaveTo(const std::string& path) {

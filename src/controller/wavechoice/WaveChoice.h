@@ -35,6 +35,9 @@ class WaveChoice {
     static std::optional<std::string> builtInSound(const std::string& path);
     /// A preset's wave name without its folder prefix: "generated/sine" is "Sine Wave.wav".
     static std::string plainWaveName(const std::string& name);
+    /// Creates the data folder if it is missing and sees whether it can be written to. Answers one
+    /// line when not, else nothing.
+    [[nodiscard]] static std::string makeDataFolder();
     /// The file of a preset's wave: in the data folder, else among the resources, else none.
     static std::optional<std::string> findWavePath(const std::string& name);
 
@@ -53,7 +56,7 @@ class WaveChoice {
     /// cannot be loaded leaves the sound in use as it was and answers why.
     Loaded setWaveTo(const std::string& path);
 
-    /// Makes samples in memory the sound in use: it has no file until it is stored.
+    /// Makes samples in memory (mono) the sound in use: it has no file until it is stored.
     void useUnsaved(std::shared_ptr<VornWave2> wave);
     /// What the voices play; null before anything was chosen.
     const std::shared_ptr<VornWaveSequence>& currentWave() const { return m_currentWave; }
@@ -62,8 +65,9 @@ class WaveChoice {
         m_currentWaveFilename = std::move(filename);
     }
 
-    /// Writes a sound as a 16-bit mono WAV file: aside first, so that what stands at `path` is
-    /// replaced by the whole file or stays. Answers one line when it failed, else nothing.
+    /// Writes a sound as a 16-bit mono WAV file (see StoredWave): aside first, so that what stands
+    /// at `path` is replaced by the whole file or stays. Answers one line when it failed, else
+    /// nothing.
     [[nodiscard]] static std::string storeWave(const VornWaveSequence& wave,
                                                const std::string& path);
     /// "BASE Audio", or "BASE Audio 2" and so on: the first whose WAV file is not in the data
@@ -76,6 +80,8 @@ class WaveChoice {
     const std::optional<std::string>& currentWaveFilename() const { return m_currentWaveFilename; }
 
   private:
+    void giveToVoices(const std::shared_ptr<VornWave2>& wave);
+
     Voices& m_voices;
     std::shared_ptr<VornWaveSequence> m_currentWave;
     std::optional<std::string> m_currentWaveFilename;

@@ -14,6 +14,8 @@ OSStatus statusOfErrno(int error) {
             return kAudioFilePermissionsError;
         case EROFS:
             return kAudioFileReadOnlyError;
+        case EEXIST:
+            return kAudioFileExistsError;
         case EISDIR:
             return kAudioFileIsFolderError;
         case ENXIO:

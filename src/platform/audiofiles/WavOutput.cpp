@@ -1,11 +1,14 @@
 #include "audiofiles/WavOutput.h"
 
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <filesystem>
 
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/FileStatus.h"
@@ -14,33 +17,40 @@
 
 namespace {
 
-constexpr mode_t kMode = 0666;
+namespace fs = std::filesystem;
 
-/// Never blocks: a pipe without a reader is refused at once.
-int openAny(const std::string& path, int flags) {
-    return open(path.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | flags,
-                kMode);
+/// What a regular file's place does not allow: noErr when a file may be put there.
+OSStatus refusal(const std::string& path, bool erase) {
+    struct stat info {};
+    if (stat(path.c_str(), &info) != 0)
+        return errno == ENOENT ? noErr : statusOfErrno(errno);
+    if (S_ISDIR(info.st_mode))
+        return kAudioFileIsFolderError;
+    if (!S_ISREG(info.st_mode))
+        return kAudioFileNotRegularError;
+    if (!erase)
+        return kAudioFileExistsError;
+    return access(path.c_str(), W_OK) == 0 ? noErr : statusOfErrno(errno);
 }
 
-/// A regular file of no bytes.
-FileHandle openEmpty(const std::string& path, bool erase, OSStatus* status) {
-    FileHandle file(openAny(path, erase ? 0 : O_EXCL));
-    struct stat info {};
-    if (!file || fstat(file.get(), &info) != 0) {
-        *status = errno == EEXIST ? kAudioFileExistsError : statusOfErrno(errno);
-        return FileHandle();
-    }
-    if (!S_ISREG(info.st_mode)) {
-        *status = kAudioFileNotRegularError;
-        return FileHandle();
-    }
-    // Another name of the same file must keep what it holds.
-    if (info.st_nlink > 1 && unlink(path.c_str()) == 0)
-        file = FileHandle(openAny(path, O_EXCL));
-    if (file && ftruncate(file.get(), 0) == 0)
-        return file;
-    *status = statusOfErrno(errno);
-    return FileHandle();
+/// The file behind a link, so that a linked file is replaced and not the link.
+std::string behindLinks(const std::string& path) {
+    std::error_code missing;
+    const fs::path real = fs::canonical(path, missing);
+    return missing ? path : real.string();
+}
+
+/// A new file beside `path`, whose name `aside` becomes.
+FileHandle openAside(const std::string& path, std::string* aside) {
+    static std::atomic<unsigned> count{0};
+    FileHandle file;
+    do {
+        const std::string name =
+            ".ombrix-" + std::to_string(getpid()) + '-' + std::to_string(count++);
+        *aside = (fs::path(path).parent_path() / name).string();
+        file = FileHandle(open(aside->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    } while (!file && errno == EEXIST);
+    return file;
 }
 
 }  // namespace
@@ -52,14 +62,23 @@ std::unique_ptr<WavOutput> WavOutput::create(const std::string& path,
         *status = kAudioFileUnsupportedDataFormatError;
         return nullptr;
     }
-    FileHandle file = openEmpty(path, erase, status);
-    if (!file)
+    *status = refusal(path, erase);
+    if (*status != noErr)
         return nullptr;
-    std::unique_ptr<WavOutput> output(new WavOutput(path, format, std::move(file)));
+    const std::string target = behindLinks(path);
+    std::string aside;
+    FileHandle file = openAside(target, &aside);
+    if (!file) {
+        *status = statusOfErrno(errno);
+        return nullptr;
+    }
+    std::unique_ptr<WavOutput> output(new WavOutput(target, format, std::move(file)));
     *status = output->refreshHeader();
     if (*status == noErr)
+        *status = output->putName(aside, erase);
+    if (*status == noErr)
         return output;
-    unlink(path.c_str());
+    unlink(aside.c_str());
     return nullptr;
 }
 
@@ -68,6 +87,17 @@ WavOutput::WavOutput(const std::string& path, const StreamDescription& format, F
       m_format(format),
       m_file(std::move(file)),
       m_headerBytes(WavHeader(format, 0).bytes().size()) {}
+
+OSStatus WavOutput::putName(const std::string& aside, bool replace) {
+    struct stat old {};
+    if (stat(m_path.c_str(), &old) == 0)
+        fchmod(m_file.get(), old.st_mode & 07777);
+    int failed = renameat2(AT_FDCWD, aside.c_str(), AT_FDCWD, m_path.c_str(),
+                           replace ? 0 : RENAME_NOREPLACE);
+    if (failed && errno == EINVAL)  // a file system that cannot refuse to replace
+        failed = rename(aside.c_str(), m_path.c_str());
+    return failed ? statusOfErrno(errno) : noErr;
+}
 
 OSStatus WavOutput::keep(OSStatus status) {
     if (m_status == noErr)
@@ -98,8 +128,11 @@ OSStatus WavOutput::refreshHeader() {
     return keep(statusOfErrno(errno));
 }
 
-void WavOutput::sync() const {
-    fdatasync(m_file.get());
+OSStatus WavOutput::sync() const {
+    if (fdatasync(m_file.get()) != 0)
+        return statusOfErrno(errno);
+    syncFolderOf(m_path);
+    return noErr;
 }
 
 OSStatus WavOutput::close() {

@@ -13,7 +13,8 @@
 /// `sync`]
 class WavOutput {
   public:
-    /// Null and *status on failure; then what was there is there still, unless the disk is full.
+    /// The file gets its name when it is a valid file of no frames; what was there before is gone
+    /// only then. Null and *status on failure. A link is followed.
     static std::unique_ptr<WavOutput> create(const std::string& path,
                                              const StreamDescription& format, bool erase,
                                              OSStatus* status);
@@ -24,7 +25,7 @@ class WavOutput {
     /// Makes the header claim the whole frames that are there.
     OSStatus refreshHeader();
     /// [any thread but render] What is written so far survives a power cut.
-    void sync() const;
+    OSStatus sync() const;
     /// Completes the file, makes it durable and closes it. Returns the first failure of all.
     OSStatus close();
 
@@ -35,6 +36,7 @@ class WavOutput {
 
   private:
     WavOutput(const std::string& path, const StreamDescription& format, FileHandle file);
+    OSStatus putName(const std::string& aside, bool replace);
     OSStatus keep(OSStatus status);
 
     std::string m_path;

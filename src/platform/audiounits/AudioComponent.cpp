@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "audiounits/Equaliser.h"
 #include "audiounits/FormatConverter.h"
 #include "audiounits/HardwareIO.h"
 #include "audiounits/MultichannelMixer.h"
+#include "audiounits/SpatialMixer.h"
 
 namespace {
 
@@ -31,7 +33,9 @@ AudioComponentRegistry& AudioComponentRegistry::shared() {
 AudioComponentRegistry::AudioComponentRegistry() {
     m_components.push_back(component<HardwareIO>(fourCC("auou"), fourCC("rioc")));
     m_components.push_back(component<MultichannelMixer>(fourCC("aumx"), fourCC("mcmx")));
+    m_components.push_back(component<SpatialMixer>(fourCC("aumx"), fourCC("3dem")));
     m_components.push_back(component<FormatConverter>(fourCC("aufc"), fourCC("conv")));
+    m_components.push_back(component<Equaliser>(fourCC("aufx"), fourCC("ipeq")));
 }
 
 AudioComponent AudioComponentRegistry::add(RegisteredComponent component) {

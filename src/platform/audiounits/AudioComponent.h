@@ -17,7 +17,7 @@ using AudioComponent = const RegisteredComponent*;
 /// All kinds of audio unit that this process can make. [control] Safe from any thread but [render].
 class AudioComponentRegistry {
   public:
-    /// The one registry, holding hardware I/O, multichannel mixer and format converter.
+    /// The one registry, holding hardware I/O, both mixers, format converter and equaliser.
     static AudioComponentRegistry& shared();
 
     /// Puts a component in front of those already there, so that it is the first to be found:

@@ -22,6 +22,18 @@ OSStatus AudioUnitGetProperty(AudioUnit unit, AudioUnitPropertyID property, Audi
     return unit->property(property, scope, element, data, size);
 }
 
+OSStatus AudioUnitSetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue value) {
+    return unit ? unit->setParameter(parameter, scope, element, value) : kAudio_ParamError;
+}
+
+OSStatus AudioUnitGetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue* value) {
+    if (!unit || !value)
+        return kAudio_ParamError;
+    return unit->parameter(parameter, scope, element, value);
+}
+
 OSStatus AudioUnitInitialize(AudioUnit unit) {
     return unit ? unit->initialise() : kAudio_ParamError;
 }

@@ -19,6 +19,16 @@ class AudioUnitInstance {
     /// `size`: in, room at `data`; out, bytes written.
     virtual OSStatus property(AudioUnitPropertyID property, AudioUnitScope scope,
                               AudioUnitElement element, void* data, std::uint32_t* size) = 0;
+    /// [any thread] A value that may change while audio runs; takes effect at the next render.
+    virtual OSStatus setParameter(AudioUnitParameterID, AudioUnitScope, AudioUnitElement,
+                                  AudioUnitParameterValue) {
+        return kAudioUnitErr_InvalidParameter;
+    }
+    /// [any thread]
+    virtual OSStatus parameter(AudioUnitParameterID, AudioUnitScope, AudioUnitElement,
+                               AudioUnitParameterValue*) {
+        return kAudioUnitErr_InvalidParameter;
+    }
     virtual OSStatus initialise() = 0;
     virtual OSStatus uninitialise() = 0;
     /// [render] `frames` frames of output bus `bus`, in that bus's stream format.
@@ -37,6 +47,12 @@ OSStatus AudioUnitGetPropertyInfo(AudioUnit unit, AudioUnitPropertyID property,
                                   std::uint32_t* size);
 OSStatus AudioUnitGetProperty(AudioUnit unit, AudioUnitPropertyID property, AudioUnitScope scope,
                               AudioUnitElement element, void* data, std::uint32_t* size);
+/// [any thread]
+OSStatus AudioUnitSetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue value);
+/// [any thread]
+OSStatus AudioUnitGetParameter(AudioUnit unit, AudioUnitParameterID parameter, AudioUnitScope scope,
+                               AudioUnitElement element, AudioUnitParameterValue* value);
 OSStatus AudioUnitInitialize(AudioUnit unit);
 OSStatus AudioUnitUninitialize(AudioUnit unit);
 /// [render]

@@ -17,6 +17,8 @@ inline constexpr OSStatus kAudioUnitErr_TooManyFramesToProcess = -10874;
 inline constexpr OSStatus kAudioUnitErr_FailedInitialization = -10875;
 inline constexpr OSStatus kAudioUnitErr_NoConnection = -10876;
 inline constexpr OSStatus kAudioUnitErr_InvalidElement = -10877;
+inline constexpr OSStatus kAudioUnitErr_InvalidParameter = -10878;
+inline constexpr OSStatus kAudioUnitErr_InvalidParameterValue = -66743;  // out of its range
 inline constexpr OSStatus kAudioUnitErr_InvalidProperty = -10879;
 inline constexpr OSStatus kAudioUnitErr_InvalidPropertyValue = -10851;  // wrong size included
 inline constexpr OSStatus kAudioUnitErr_PropertyNotWritable = -10865;
@@ -32,6 +34,13 @@ inline constexpr AudioUnitPropertyID kAudioUnitProperty_FactoryPresets = 24;
 inline constexpr AudioUnitPropertyID kAudioUnitProperty_PresentPreset = 36;
 inline constexpr AudioUnitPropertyID kAudioOutputUnitProperty_EnableIO = 2003;
 inline constexpr AudioUnitPropertyID kAudioOutputUnitProperty_SetInputCallback = 2005;
+
+using AudioUnitParameterID = std::uint32_t;
+inline constexpr AudioUnitParameterID k3DMixerParam_Azimuth = 0;    // degrees, to the right
+inline constexpr AudioUnitParameterID k3DMixerParam_Elevation = 1;  // degrees, upwards
+inline constexpr AudioUnitParameterID k3DMixerParam_Distance = 2;   // metres
+inline constexpr AudioUnitParameterID k3DMixerParam_Gain = 3;       // decibels
+using AudioUnitParameterValue = float;
 
 using AudioUnitScope = std::uint32_t;
 inline constexpr AudioUnitScope kAudioUnitScope_Global = 0;

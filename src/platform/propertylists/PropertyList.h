@@ -16,9 +16,19 @@ inline constexpr std::size_t kMaximumBytes = std::size_t(4) << 20;
 /// Dictionaries and arrays within each other; the outermost is the first.
 inline constexpr int kMaximumDepth = 16;
 
+/// What becomes of values that are none, such as an integer with letters, and of a second value
+/// under one key.
+enum class Malformed {
+    refused,
+    /// The value becomes the text that stands there (an integer that is too large a real), the
+    /// second key gets a number behind it. For what must not be lost as a whole.
+    asText,
+};
+
 /// On failure `error` is one line that begins with "line N: ". A number must be a number from its
 /// first character to its last, in C notation whatever the locale; nan and inf are reals.
-std::optional<PropertyListValue> parse(std::span<const std::uint8_t> xml, std::string& error);
+std::optional<PropertyListValue> parse(std::span<const std::uint8_t> xml, std::string& error,
+                                       Malformed malformed = Malformed::refused);
 
 /// UTF-8. Fails for text that XML cannot hold (control characters, broken UTF-8), for a date
 /// outside the years 1 to 9999 and beyond the limits.

@@ -23,7 +23,7 @@ std::optional<QString> fromUtf8(std::string_view text) {
 
 class Reader {
   public:
-    explicit Reader(const QString& xml) : m_xml(xml) {}
+    Reader(const QString& xml, bool strict) : m_xml(xml), m_strict(strict) {}
 
     PropertyListValue read() {
         if (!nextElement() || m_xml.name() != u"plist")
@@ -78,37 +78,60 @@ class Reader {
                 refuse("nested deeper than " + std::to_string(PropertyList::kMaximumDepth));
             return type == u"dict" ? readDictionary(depth + 1) : readArray(depth + 1);
         }
-        return readScalar(type);
+        const QString content = text();
+        try {
+            return scalar(type, content);
+        } catch (const PropertyListRefusal&) {
+            if (m_strict)
+                throw;
+        }
+        if (const auto number = numberFromText(trimmed(content)); number && type == u"integer")
+            return *number;
+        return content.toStdString();
     }
 
-    PropertyListValue readScalar(const QString& type) {
+    static PropertyListValue scalar(const QString& type, const QString& content) {
         if (type == u"string")
-            return text().toStdString();
+            return content.toStdString();
         if (type == u"integer")
-            return PropertyListScalars::integerFrom(trimmed(text()));
+            return PropertyListScalars::integerFrom(trimmed(content));
         if (type == u"real")
-            return PropertyListScalars::realFrom(trimmed(text()));
+            return PropertyListScalars::realFrom(trimmed(content));
         if (type == u"true" || type == u"false")
-            return readBoolean(type == u"true");
+            return booleanFrom(type == u"true", content);
         if (type == u"date")
-            return PropertyListScalars::dateFrom(trimmed(text()));
+            return PropertyListScalars::dateFrom(trimmed(content));
         if (type == u"data")
-            return PropertyListScalars::dataFrom(text().toStdString());
+            return PropertyListScalars::dataFrom(content.toStdString());
         refuse("unknown value <" + oneLine(type.toStdString()) + ">");
     }
 
     PropertyListValue readDictionary(int depth) {
         PropertyListValue::Dictionary dictionary;
+        std::map<std::string, int> twice;
         while (nextElement()) {
             if (m_xml.name() != u"key")
                 refuse("a value without a <key> before it");
             std::string key = text().toStdString();
             if (!nextElement() || m_xml.name() == u"key")
                 refuse("the key " + quoted(key) + " has no value");
-            if (!dictionary.try_emplace(key, readValue(depth)).second)
+            PropertyListValue value = readValue(depth);
+            const bool known = dictionary.contains(key);
+            if (known && m_strict)
                 refuse("the key " + quoted(key) + " stands there twice");
+            dictionary.insert_or_assign(known ? numbered(dictionary, key, twice[key]) : key,
+                                        std::move(value));
         }
         return dictionary;
+    }
+
+    static std::string numbered(const PropertyListValue::Dictionary& dictionary,
+                                const std::string& key, int& number) {
+        std::string next;
+        do
+            next = key + ' ' + std::to_string(++number + 1);
+        while (dictionary.contains(next));
+        return next;
     }
 
     PropertyListValue readArray(int depth) {
@@ -118,19 +141,20 @@ class Reader {
         return array;
     }
 
-    PropertyListValue readBoolean(bool value) {
-        if (!text().trimmed().isEmpty())
+    static PropertyListValue booleanFrom(bool value, const QString& content) {
+        if (!content.trimmed().isEmpty())
             refuse("text within a boolean");
         return value;
     }
 
     QXmlStreamReader m_xml;
+    bool m_strict;
 };
 
 }  // namespace
 
 std::optional<PropertyListValue> PropertyList::parse(std::span<const std::uint8_t> xml,
-                                                     std::string& error) {
+                                                     std::string& error, Malformed malformed) {
     const std::string_view text(reinterpret_cast<const char*>(xml.data()), xml.size());
     const auto refuse = [&](std::int64_t line, const std::string& reason) {
         error = "line " + std::to_string(line) + ": " + reason;
@@ -150,7 +174,7 @@ std::optional<PropertyListValue> PropertyList::parse(std::span<const std::uint8_
     const auto decoded = fromUtf8(text);
     if (!decoded)
         return refuse(1, "not UTF-8");
-    Reader reader(*decoded);
+    Reader reader(*decoded, malformed == Malformed::refused);
     try {
         return reader.read();
     } catch (const PropertyListRefusal& refused) {

@@ -45,24 +45,20 @@ std::string tooLarge(std::size_t limit) {
     return "larger than " + std::to_string(limit >> 20) + " MiB";
 }
 
-std::optional<std::vector<std::uint8_t>> readAll(int fd, std::size_t limit, std::string& reason) {
-    std::vector<std::uint8_t> bytes;
+/// Appends to `bytes`.
+ReadFault readAll(int fd, std::size_t limit, std::vector<std::uint8_t>& bytes) {
     std::array<std::uint8_t, 65536> part;
     for (;;) {
         const ssize_t count = ::read(fd, part.data(), part.size());
         if (count < 0 && errno == EINTR)
             continue;
-        if (count < 0) {
-            reason = ::reason();
-            return std::nullopt;
-        }
+        if (count < 0)
+            return ReadFault::unavailable;
         if (count == 0)
-            return bytes;
+            return ReadFault::none;
         bytes.insert(bytes.end(), part.data(), part.data() + count);
-        if (bytes.size() > limit) {
-            reason = tooLarge(limit);
-            return std::nullopt;
-        }
+        if (bytes.size() > limit)
+            return ReadFault::tooLarge;
     }
 }
 
@@ -95,25 +91,29 @@ void keepPermissions(const std::filesystem::path& from, const std::string& to) {
 }  // namespace
 
 std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, std::size_t limit,
-                                                       std::string& error) {
-    const auto refuse = [&](const std::string& why) {
+                                                       std::string& error, ReadFault* fault) {
+    const auto refuse = [&](ReadFault kind, const std::string& why) {
         error = path + ": " + why;
+        if (fault)
+            *fault = kind;
         return std::nullopt;
     };
     // Opening a pipe for reading would wait for its writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
     if (!file || ::fstat(file.fd(), &status) != 0)
-        return refuse(reason());
+        return refuse(errno == ENOENT ? ReadFault::missing : ReadFault::unavailable, reason());
     if (S_ISDIR(status.st_mode))
-        return refuse("is a folder, not a file");
+        return refuse(ReadFault::unavailable, "is a folder, not a file");
     if (!S_ISREG(status.st_mode))
-        return refuse("is not a regular file");
+        return refuse(ReadFault::unavailable, "is not a regular file");
     if (static_cast<std::uint64_t>(status.st_size) > limit)
-        return refuse(tooLarge(limit));
-    std::string why;
-    auto bytes = readAll(file.fd(), limit, why);
-    return bytes ? std::move(bytes) : refuse(why);
+        return refuse(ReadFault::tooLarge, tooLarge(limit));
+    std::vector<std::uint8_t> bytes;
+    const ReadFault failed = readAll(file.fd(), limit, bytes);
+    if (failed != ReadFault::none)
+        return refuse(failed, failed == ReadFault::tooLarge ? tooLarge(limit) : reason());
+    return bytes;
 }
 
 bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,

@@ -61,3 +61,7 @@ std::string oneLine(std::string_view text) {
     }
     return cut ? line + "..." : line;
 }
+
+std::string inQuotes(std::string_view text) {
+    return '"' + oneLine(text) + '"';
+}

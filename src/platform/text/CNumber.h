@@ -16,3 +16,6 @@ std::string formattedNumber(const char* format, double number);
 /// `text` in one line that is fit for a message: unprintable bytes become '?', and what is longer
 /// than 60 bytes is cut with "...".
 std::string oneLine(std::string_view text);
+
+/// `oneLine(text)` in quotation marks.
+std::string inQuotes(std::string_view text);

@@ -21,7 +21,8 @@ class PassthruRecordingUnit : public VornCallbackUnit {
     bool recording() const { return targetFile() != nullptr; }
     /// The file being written, or null. Owned by the unit.
     VornExtAudioFile* targetFile() const { return m_targetFile.load(std::memory_order_relaxed); }
-    /// How the recording goes that runs, or went that ran last.
+    /// [main] How the recording goes that runs, or went that ran last. Cheap: ask once a second
+    /// and tell the user the problem when there is one.
     VornExtAudioFile::Report report() const;
 
   private:

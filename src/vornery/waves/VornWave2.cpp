@@ -1,5 +1,7 @@
 #include "VornWave2.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -33,6 +35,13 @@ std::string memoryFilename(const std::string& nameHint, const void* wave) {
     std::array<char, 32> address;
     std::snprintf(address.data(), address.size(), "%p", wave);
     return nameHint + " " + address.data() + " " + currentDate() + ".wav";
+}
+
+/// Half of the machine's memory. More would be granted and then end the program when it is filled.
+std::uint64_t mostFloats() {
+    static const auto bytes = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
+                              static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    return bytes / 2 / sizeof(float);
 }
 
 std::int32_t windowFormat(std::uint32_t channels) {
@@ -95,7 +104,10 @@ std::shared_ptr<VornWave2> VornWave2::mutableWaveOfLength(std::uint32_t length,
                                                           const StreamDescription& description,
                                                           const std::string& nameHint,
                                                           const std::string& folder) {
-    SampleMemory zeros(std::size_t{length} * description.mChannelsPerFrame);
+    SampleMemory zeros;
+    const std::uint64_t floats = std::uint64_t{length} * description.mChannelsPerFrame;
+    if (floats <= mostFloats())
+        zeros.resize(floats);
     auto wave = initWithOwnershipOfData(std::move(zeros), length, description, nameHint);
     wave->m_folder = folder;
     wave->m_mutable = true;

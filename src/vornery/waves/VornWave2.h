@@ -40,7 +40,8 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
                                                               const StreamDescription& description,
                                                               const std::string& nameHint);
     /// A new wave in memory of `length` zeros in `description`'s channels, to be written into
-    /// through `mutableData` and to be saved into `folder` if it is saved.
+    /// through `mutableData` and to be saved into `folder` if it is saved. Without memory for them
+    /// (no wave takes more than half of the machine's) it has no frames.
     static std::shared_ptr<VornWave2> mutableWaveOfLength(std::uint32_t length,
                                                           const StreamDescription& description,
                                                           const std::string& nameHint,
@@ -72,7 +73,8 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     float* mutableData();
     /// Does nothing.
     void mapOut() {}
-    /// Writes the wave in its own format; failures are logged. False when the file is not whole.
+    /// Writes the wave in its own format, aside and then in one step over what stands at `path`.
+    /// On failure, which is logged, that stays as it is.
     bool writeWavFile(const std::string& path) const;
     /// The same into `folder`; the wave then has that file's name and counts as on disk.
     bool saveTo(const std::string& file, const std::string& folder);

@@ -2,7 +2,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <limits>
 
@@ -20,6 +22,13 @@ std::string asideOf(const std::filesystem::path& path) {
     return (path.parent_path() / name).string();
 }
 
+/// The file behind a link, so that a linked file is replaced and not the link.
+std::filesystem::path behindLinks(const std::string& path) {
+    std::error_code missing;
+    const auto real = std::filesystem::canonical(path, missing);
+    return missing ? std::filesystem::path(path) : real;
+}
+
 }  // namespace
 
 bool VornWave2::writeWavFile(const std::string& path) const {
@@ -33,16 +42,19 @@ bool VornWave2::writeWavFile(const std::string& path) const {
         Log::line("%s: %s", path.c_str(), content ? "too long for a file" : "no samples to write");
         return false;
     }
-    const std::string aside = asideOf(path);
+    const std::filesystem::path target = behindLinks(path);
+    const std::string aside = asideOf(target);
     auto written = static_cast<std::uint32_t>(bytes);
     VornOutputAudioFile file(aside, kWaveFileType, m_myAudioDescription);
     file.writePackets(content->samples.data(), 0, &written, nullptr);
-    if (file.close() != noErr || written != bytes ||
-        std::rename(aside.c_str(), path.c_str()) != 0) {
+    const bool whole = file.close() == noErr && written == bytes;
+    if (!whole || std::rename(aside.c_str(), target.c_str()) != 0) {
+        if (whole)
+            Log::line("%s: %s", path.c_str(), std::strerror(errno));
         ::unlink(aside.c_str());
         return false;
     }
-    syncFolderOf(path);
+    syncFolderOf(target.string());
     return true;
 }
 

@@ -14,7 +14,8 @@ enum class ExtractType : std::int32_t {
 };
 
 /// A span of one wave, or of silence, which owns no memory. Its span never changes; silence becomes
-/// a wave when it is given memory. Read on any thread, made and changed on the main thread.
+/// a wave when it is given memory. Windows are read on any thread; copying, which logs, making and
+/// changing is for the main thread.
 class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this<VornWaveBlock> {
   public:
     /// Nothing is checked: a span that leaves the wave is clamped when it is read.
@@ -32,7 +33,7 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     std::uint32_t frameCount() const { return m_frameCount; }
     std::uint32_t startIndex() const { return m_startIndex; }
     const StreamDescription* audioDescription() const override { return &m_myAudioDescription; }
-    /// Of what `write(frames, into)` copies: 2 for stereo, else 1.
+    /// Of what `write(frames, into)` copies, at the most while the wave is loading.
     std::uint32_t floatsPerFrame() const;
     bool isSilence() const { return !m_wave; }
     bool hasWave() const { return m_wave != nullptr; }

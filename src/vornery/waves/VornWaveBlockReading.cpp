@@ -22,7 +22,10 @@ VornWaveBlock::Span VornWaveBlock::firstFrames(std::uint32_t frames) const {
 }
 
 std::uint32_t VornWaveBlock::floatsPerFrame() const {
-    return m_wave ? firstFrames(0).channels : m_myAudioDescription.mChannelsPerFrame;
+    if (!m_wave)
+        return m_myAudioDescription.mChannelsPerFrame;
+    const Span span = firstFrames(0);
+    return span.data ? span.channels : 2;
 }
 
 std::uint32_t VornWaveBlock::writeSilence(std::uint32_t frames, float* into,
@@ -50,10 +53,10 @@ std::uint32_t VornWaveBlock::write(std::uint32_t frames, float* into,
     Log::line("WriteInto[%lu] start", static_cast<unsigned long>(channels));
     if (span.channels == channels)
         std::copy_n(span.data, std::size_t{span.frames} * channels, into);
-    else if (channels == 2)
-        ChannelCopy::pickTwice(span.data, 1, span.frames, into);
-    else
+    else if (span.channels == 2)
         ChannelCopy::mean(span.data, span.frames, into);
+    else
+        ChannelCopy::pickTwice(span.data, 1, span.frames, into);
     Log::line("WriteInto[%lu] end", static_cast<unsigned long>(channels));
     return span.frames;
 }

@@ -58,11 +58,19 @@ class VornWaveSequence : public WaveSequenceAccess {
     /// The distinct waves behind the blocks.
     std::set<std::shared_ptr<VornWave2>> onDiskSourceList() const;
 
+    /// Null, with *count untouched, when `at` lies past the end. Blocks that are loading add no
+    /// windows. Asked for no frames it gives an empty list.
     WaveWindowList retrieveWindowsAt(std::uint32_t at, std::uint32_t* count) const override;
+    /// Block after block, each in its own layout. While a channel is extracted from stereo it is
+    /// no copy: every window raises one sample of its wave by 2 for each frame and yields the
+    /// values, with as many floats left out behind them, so that `into` takes two per frame. [main]
     std::uint32_t write(std::uint32_t frames, float* into) const override;
     std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t from,
                                                std::uint32_t count) const override;
+    /// Null past the end, and for a start behind block 32767.
     Pointer sliceFrom(std::uint32_t from, std::uint32_t count) const override;
+    /// What a block that is loading does not deliver is missing, with as many zeros at the end. No
+    /// frames when there is no memory or the sum of the blocks exceeds 32 bits.
     std::shared_ptr<VornWave2> flattenInto(const std::string& folder,
                                            std::uint32_t channels) const override;
 
@@ -76,7 +84,8 @@ class VornWaveSequence : public WaveSequenceAccess {
                                                            bool oneChannelOnly) const;
 
     /// A sequence whose waves all live in `folder`: files are linked there, else copied. This very
-    /// sequence when they do already.
+    /// sequence when they do already. With a wave whose file has gone, or that never had one, the
+    /// whole becomes one wave in memory; one that cannot be brought along stays where it is.
     static Pointer remapIntoDocumentFolder(const Pointer& sequence, const std::string& folder);
 
     PropertyListValue dictionaryRepresentationUsingWavetable(LookupTable& wavetable) const;

@@ -8,35 +8,11 @@
 #include <thread>
 
 #include "CommandLine.h"
+#include "SmallDisk.h"
 #include "Songs.h"
 
 using testing::AnyOf;
 using testing::HasSubstr;
-
-namespace {
-
-/// A small file system of its own in a folder, where this account may make one.
-class SmallDisk {
-  public:
-    SmallDisk(const std::string& folder, unsigned long flags) : m_folder(folder) {
-        std::filesystem::create_directory(folder);
-        m_there = mount("tmpfs", folder.c_str(), "tmpfs", flags, "size=64k") == 0;
-    }
-    ~SmallDisk() {
-        if (m_there)
-            umount2(m_folder.c_str(), MNT_DETACH);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    bool there() const { return m_there; }
-    bool empty() const { return std::filesystem::is_empty(m_folder); }
-
-  private:
-    std::string m_folder;
-    bool m_there = false;
-};
-
-}  // namespace
 
 TEST_F(CommandLine, replacesAFileOnlyWhenForced) {
     put("out.wav", "precious");

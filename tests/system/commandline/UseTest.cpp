@@ -15,6 +15,8 @@ TEST_F(CommandLine, helpsEverywhere) {
         {{"audition", "--help"},
          {"--from", "--loop", "--gain", "--scrub", "--pace", "--device", "--output", "--seconds"}},
         {{"devices", "--help"}, {"--json"}},
+        {{"presets", "--help"},
+         {"list", "show", "rename", "delete", "import", "export", "--output", "--force"}},
     };
     for (const auto& [words, told] : cases) {
         SCOPED_TRACE(testing::PrintToString(words));

@@ -7,13 +7,13 @@
 SharedLibrary::SharedLibrary(const char* soname)
     : m_handle(dlopen(soname, RTLD_NOW | RTLD_LOCAL)), m_complete(m_handle != nullptr) {
     if (!m_handle)
-        Log::line("audio: %s is not installed", soname);
+        Log::line("%s is not installed", soname);
 }
 
 void* SharedLibrary::symbol(const char* name) {
     void* const found = m_handle ? dlsym(m_handle, name) : nullptr;
     if (m_handle && !found) {
-        Log::line("audio: the installed library has no %s", name);
+        Log::line("the installed library has no %s", name);
         m_complete = false;
     }
     return found;

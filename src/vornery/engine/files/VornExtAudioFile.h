@@ -1,10 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 
-#include "audiounits/AudioUnitTypes.h"
+#include "audiofiles/ExtAudioFile.h"
 
 /// A sound file that is written from the audio thread: samples in the client format go through a
 /// lock-free ring to a writer thread, which converts them to the file's format. A kill at any
@@ -12,17 +11,13 @@
 /// primed and destroyed on an ordinary thread.
 class VornExtAudioFile {
   public:
-    /// How the writing goes.
-    struct Report {
-        std::uint64_t framesWritten = 0;
-        std::uint64_t framesDropped = 0;  // the disk was too slow for them
-        std::string problem;  // one line that names file and reason once nothing more is written
-    };
+    /// How the writing goes. A file that could not be created has a problem from the start.
+    using Report = ExtAudioFileReport;
 
     /// Creates the file at `path`, erasing what is there. Both formats start as the file's.
     VornExtAudioFile(const std::string& path, std::uint32_t fileType,
                      const StreamDescription& format);
-    /// Writes what is still in the ring and closes the file, which is durable then.
+    /// Closes the file.
     virtual ~VornExtAudioFile();
     VornExtAudioFile(const VornExtAudioFile&) = delete;
     VornExtAudioFile& operator=(const VornExtAudioFile&) = delete;
@@ -35,13 +30,24 @@ class VornExtAudioFile {
     /// room for is dropped and counted, which is no error.
     OSStatus writeAsync(std::uint32_t frames, const AudioBufferList* data) noexcept;
 
-    const StreamDescription& fileFormat() const;
-    const StreamDescription& clientFormat() const;
-    bool asyncPrimed() const;
-    /// [any thread but render]
+    /// Writes what is still in the ring and completes the file, which is durable then. The last
+    /// report. Nobody may be writing.
+    Report close();
+
+    const StreamDescription& fileFormat() const { return m_fileFormat; }
+    const StreamDescription& clientFormat() const { return m_clientFormat; }
+    bool asyncPrimed() const { return m_asyncPrimed; }
+    /// [any thread but render; not while it is closed]
     Report report() const;
 
   private:
-    struct State;
-    std::unique_ptr<State> m_state;
+    /// Logs a failure; the first one is the problem.
+    void keep(OSStatus status);
+
+    ExtAudioFileRef m_file = nullptr;
+    StreamDescription m_fileFormat;
+    StreamDescription m_clientFormat;
+    bool m_asyncPrimed = false;
+    std::string m_path;
+    Report m_report;  // what went wrong so far; of a closed file everything
 };

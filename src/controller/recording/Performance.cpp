@@ -1,0 +1,111 @@
+#include "recording/Performance.h"
+
+#include <unistd.h>
+
+#include "recording/MinutesAndSeconds.h"
+#include "recording/PerformanceName.h"
+#include "runloop/Clock.h"
+
+namespace {
+PerformanceDelegate nobody;
+}
+
+Performance::Performance(Notes& notes, PassthruRecordingUnit& recordingUnit)
+    : m_notes(notes), m_recordingUnit(recordingUnit), m_delegate(&nobody) {
+    m_notes.addDelegate(*this);
+}
+
+Performance::~Performance() {
+    m_notes.removeDelegate(*this);
+    dropTimer();
+    if (m_recordingPerformance == State::recording)
+        m_recordingUnit.stopRecording();
+}
+
+void Performance::setDelegate(PerformanceDelegate* delegate) {
+    m_delegate = delegate ? delegate : &nobody;
+}
+
+void Performance::toolbarRecordClicked() {
+    if (m_recordingPerformance == State::idle) {
+        m_recordingPerformance = State::waiting;
+        show("Waiting...");
+        m_delegate->accessibleAnnounce("Waiting to record.");
+        return;
+    }
+    if (m_recordingUnit.recording())
+        endRecording();
+    else
+        cancel();
+    show("Record");
+}
+
+void Performance::cancel() {
+    m_delegate->accessibleAnnounce("Record cancelled.");
+    m_recordingPerformance = State::idle;
+    dropTimer();  // runs on for up to a second after a recording
+}
+
+void Performance::keyTouched(bool down) {
+    m_recordingPerformanceTimeout = 0;
+    if (down && m_recordingPerformance == State::waiting)
+        startRecording();
+}
+
+void Performance::startRecording() {
+    std::string error;
+    const std::string path = PerformanceName::reserve(Clock::now(), error);
+    if (path.empty()) {
+        m_recordingPerformance = State::idle;
+        show("Record");
+        m_delegate->performanceProblem(error);
+        return;
+    }
+    m_recordingPerformanceLastFilename = path;
+    m_recordingUnit.startRecordingTo(m_recordingPerformanceLastFilename);
+    m_recordingPerformance = State::recording;
+    show("00:00");
+    m_recordingPerformanceSince = Clock::monotonic();
+    dropTimer();
+    m_timer = RunLoop::main().callEvery(1.0, [this] { tickPerformanceRecordingTime(); });
+}
+
+void Performance::endRecording() {
+    m_recordingUnit.stopRecording();
+    m_recordingPerformance = State::finished;
+    report();
+}
+
+void Performance::report() {
+    const std::string& path = m_recordingPerformanceLastFilename;
+    const VornExtAudioFile::Report report = m_recordingUnit.report();
+    if (!report.problem.empty())
+        m_delegate->performanceProblem(report.problem);
+    else if (report.framesDropped > 0)
+        m_delegate->performanceProblem(path + ": the disk was too slow, " +
+                                       std::to_string(report.framesDropped) +
+                                       " frames are missing");
+    if (report.framesWritten == 0 && !report.problem.empty())
+        ::unlink(path.c_str());  // nothing of the performance is in it
+    else
+        m_delegate->performanceComplete(path);
+}
+
+void Performance::tickPerformanceRecordingTime() {
+    ++m_recordingPerformanceTimeout;
+    const bool broken = !m_recordingUnit.report().problem.empty();
+    if (m_recordingPerformance == State::recording &&
+        (broken || m_recordingPerformanceTimeout == kIdleSeconds))
+        toolbarRecordClicked();
+    if (m_recordingPerformance == State::finished) {
+        dropTimer();
+        m_recordingPerformance = State::idle;
+    } else {
+        show(MinutesAndSeconds::text(MinutesAndSeconds::since(m_recordingPerformanceSince)));
+    }
+}
+
+void Performance::dropTimer() {
+    RunLoop::main().cancel(m_timer);
+    m_timer = 0;
+}

@@ -1,0 +1,53 @@
+#include "recording/PerformanceName.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "storage/FileNames.h"
+#include "text/DateText.h"
+#include "wavechoice/WaveChoice.h"
+
+namespace {
+
+constexpr const char* kExtension = ".wav";
+constexpr const char* kWhiteSpace = " \t\n\v\f\r";
+
+std::string trimmed(const std::string& text) {
+    const auto begin = text.find_first_not_of(kWhiteSpace);
+    if (begin == std::string::npos)
+        return "";
+    return text.substr(begin, text.find_last_not_of(kWhiteSpace) + 1 - begin);
+}
+
+std::string numbered(const std::string& name, int number) {
+    if (number == 1)
+        return name;
+    const std::string stem = name.substr(0, name.size() - std::strlen(kExtension));
+    return stem + ' ' + std::to_string(number) + kExtension;
+}
+
+}  // namespace
+
+std::string PerformanceName::of(std::string date) {
+    for (char& letter : date) {
+        if (letter == '/' || letter == '\\' || letter == ':')
+            letter = '-';
+    }
+    return "Recorded Live - " + trimmed(date) + kExtension;
+}
+
+std::string PerformanceName::reserve(double moment, std::string& error) {
+    error = WaveChoice::makeDataFolder();
+    if (!error.empty())
+        return "";
+    const std::string name = of(DateText::mediumDateShortTime(moment));
+    for (int number = 1;; ++number) {
+        std::string path = WaveChoice::dataFile(numbered(name, number));
+        if (FileNames::reserve(path))
+            return path;
+        if (errno != EEXIST) {
+            error = "cannot write " + path + ": " + std::strerror(errno);
+            return "";
+        }
+    }
+}
