@@ -9,11 +9,20 @@ namespace {
 
 constexpr std::int32_t kInfinity = 0x7f800000;  // bits
 
-inline void put(float value, float& out) {
-    out = value;
+constexpr float kFullScale = 32767.f;
+
+inline void put(float value, float* out) {
+    *out = value;
 }
-inline void put(float value, std::int16_t& out) {
-    out = saturatedSample(value * 32767.f);
+inline void put(float value, std::int16_t* out) {
+    *out = saturatedSample(value * kFullScale);
+}
+inline void putFrame(float left, float right, float* out) {
+    out[0] = left;
+    out[1] = right;
+}
+inline void putFrame(float left, float right, std::int16_t* out) {
+    putPair(left * kFullScale, right * kFullScale, out);
 }
 
 /// The greatest of some values from 0 up. As integers, floats above 0 are in order and all others
@@ -44,8 +53,10 @@ inline float writeSame(const float* __restrict in, std::int32_t count, float gai
     for (std::int32_t i = 0; i < count; ++i) {
         const float value = gain * in[kStride * i];
         greatest.take(value);
-        for (int c = 0; c < kChannels; ++c)
-            put(value, out[kChannels * i + c]);
+        if constexpr (kChannels == 2)
+            putFrame(value, value, out + 2 * i);
+        else
+            put(value, out + i);
     }
     return greatest.isNumber() ? greatest.value() : greatestNumber(in, count, kStride, gain);
 }
@@ -57,8 +68,7 @@ inline StereoPeaks writePairs(const float* __restrict in, std::int32_t count, fl
     for (std::int32_t i = 0; i < count; ++i) {
         left.take(gain * in[2 * i]);
         right.take(gain * in[2 * i + 1]);
-        put(gain * in[2 * i], out[2 * i]);
-        put(gain * in[2 * i + 1], out[2 * i + 1]);
+        putFrame(gain * in[2 * i], gain * in[2 * i + 1], out + 2 * i);
     }
     return {left.isNumber() ? left.value() : greatestNumber(in, count, 2, gain),
             right.isNumber() ? right.value() : greatestNumber(in + 1, count, 2, gain)};

@@ -1,17 +1,31 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 #include "WindowPlace.h"
 
-/// [render] 16 bits of a value in units of their steps: truncated, and saturated at both ends. Not
-/// a number is the upper end.
-inline std::int16_t saturatedSample(float steps) {
+/// [render] A value in units of 16-bit steps: truncated, and saturated at both ends. Not a number
+/// is the upper end.
+inline std::int32_t saturated(float steps) {
     constexpr float kGreatest = 32767.f;
     constexpr float kLeast = -32768.f;
     steps = steps < kGreatest ? steps : kGreatest;
     steps = steps > kLeast ? steps : kLeast;
-    return static_cast<std::int16_t>(static_cast<std::int32_t>(steps));
+    return static_cast<std::int32_t>(steps);
+}
+inline std::int16_t saturatedSample(float steps) {
+    return static_cast<std::int16_t>(saturated(steps));
+}
+/// [render] Writes a frame in one piece, of which the compiler can take several at a time.
+inline void putPair(float left, float right, std::int16_t* out) {
+    const auto first = static_cast<std::uint32_t>(saturated(left));
+    const auto second = static_cast<std::uint32_t>(saturated(right));
+    const std::uint32_t frame = std::endian::native == std::endian::little
+                                    ? (first & 0xffff) | second << 16
+                                    : first << 16 | (second & 0xffff);
+    std::memcpy(out, &frame, sizeof frame);
 }
 
 /// Greatest values written, not magnitudes: never below 0.

@@ -1,6 +1,7 @@
 #include "ScrubRender.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "ScaledWindow.h"
@@ -9,6 +10,7 @@
 namespace {
 
 constexpr std::uint32_t kBlock = 256;  // frames
+constexpr std::uint32_t kSingly = 16;  // levels one by one before several are tried
 constexpr float kFullScale = 32767.f;
 
 using Head = VornSequenceScrubberPlayHead;
@@ -19,15 +21,50 @@ struct Fade {
     bool turned;            // the level came to 0 or 1 after the last of them
 };
 
+void writeLevels(float level, float advance, std::uint32_t count, float* levels) {
+    for (std::int32_t j = 0; j < static_cast<std::int32_t>(count); ++j)
+        levels[j] = level + static_cast<float>(j) * advance;
+}
+
+// How many levels from `level` on are level + j * advance, without any rounding: between two powers
+// of two all sums are multiples of one unit, so every step is rounded alike. (Two steps are looked
+// at, because one that ends in half a unit is rounded by what it is added to.) 0 for too few.
+std::uint32_t steadyLevels(float level, float step, std::uint32_t most, float& advance) {
+    constexpr std::uint32_t kFewest = 8;
+    const std::uint32_t exponent = std::bit_cast<std::uint32_t>(level) & 0x7f800000;
+    const float low = std::bit_cast<float>(exponent);
+    const float second = level + step;
+    const float third = second + step;
+    advance = second - level;
+    if (most < kFewest || third - second != advance || !(third >= low && third < 2 * low))
+        return 0;
+    const float room = step > 0.f ? 2 * low - level : low - level;
+    const float steps = room / advance;  // so few that its rounding does not matter, or very many
+    if (!(steps < 1e5f))
+        return most;
+    const auto safe = static_cast<std::uint32_t>(steps);
+    return safe > kFewest ? std::min(safe - 1, most) : 0;
+}
+
 Fade fade(Head& head, float* levels, std::uint32_t most) {
     const float step = head.fadeStep;
     float level = head.fadeLevel;
     std::uint32_t samples = 0;
     bool turned = false;
     while (samples < most && !turned) {
-        levels[samples++] = level;
-        level += step;
-        turned = step > 0.f ? level >= 1.f : step < 0.f && level <= 0.f;
+        float advance = 0.f;
+        const std::uint32_t steady = steadyLevels(level, step, most - samples, advance);
+        if (steady > 0) {
+            writeLevels(level, advance, steady, levels + samples);
+            samples += steady - 1;
+            level = levels[samples];
+        }
+        const std::uint32_t end = std::min(samples + kSingly, most);
+        while (samples < end && !turned) {
+            levels[samples++] = level;
+            level += step;
+            turned = step > 0.f ? level >= 1.f : step < 0.f && level <= 0.f;
+        }
     }
     head.fadeLevel = level;
     return {samples, turned};
@@ -50,10 +87,8 @@ template <int kStride>
 inline void writeSame(const float* __restrict in, const float* __restrict levels, float gain,
                       std::int32_t frames, std::int16_t* __restrict out) {
     for (std::int32_t i = 0; i < frames; ++i) {
-        const std::int16_t sample =
-            saturatedSample(in[kStride * i] * levels[i] * gain * kFullScale);
-        out[2 * i] = sample;
-        out[2 * i + 1] = sample;
+        const float steps = in[kStride * i] * levels[i] * gain * kFullScale;
+        putPair(steps, steps, out + 2 * i);
     }
 }
 
@@ -108,8 +143,8 @@ void writeSum(const FadedBlock& a, const FadedBlock& b, float gain, std::uint32_
               std::int16_t* __restrict out) {
     const auto frames = static_cast<std::int32_t>(count);
     for (std::int32_t i = 0; i < frames; ++i) {
-        out[2 * i] = saturatedSample(gain * (a.left[i] + b.left[i]) * kFullScale);
-        out[2 * i + 1] = saturatedSample(gain * (a.right[i] + b.right[i]) * kFullScale);
+        putPair(gain * (a.left[i] + b.left[i]) * kFullScale,
+                gain * (a.right[i] + b.right[i]) * kFullScale, out + 2 * i);
     }
 }
 
