@@ -164,7 +164,21 @@ def clockwork_garden():
     save("clockwork-garden.mid", [song])
 
 
+def first_steps():
+    """A few bars that ask everything of a preset: single notes, a low key, a high one, a chord."""
+    song = Track("first steps")
+    song.tempo(0, 92)
+    for beat, beats, key, velocity in (
+            (0, 1, 69, 88), (1, 0.5, 73, 76), (1.5, 0.5, 76, 80), (2, 1, 81, 90), (3, 1, 45, 92),
+            (3.5, 0.5, 57, 70), (4, 0.25, 69, 84), (4.25, 0.25, 71, 72), (4.5, 0.25, 73, 76),
+            (4.75, 0.25, 76, 80), (5, 1, 93, 70), (5.5, 1, 33, 96)):
+        song.note(beat, beats, key, velocity)
+    song.notes(7, 3, (45, 57, 64, 69, 73), 82)
+    save("first-steps.mid", [song])
+
+
 if __name__ == "__main__":
+    first_steps()
     attic_waltz()
     slow_lanterns()
     clockwork_garden()

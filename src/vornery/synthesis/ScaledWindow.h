@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "WindowPlace.h"
+
+/// [render] 16 bits of a value in units of their steps: truncated, and saturated at both ends. Not
+/// a number is the upper end.
+inline std::int16_t saturatedSample(float steps) {
+    constexpr float kGreatest = 32767.f;
+    constexpr float kLeast = -32768.f;
+    steps = steps < kGreatest ? steps : kGreatest;
+    steps = steps > kLeast ? steps : kLeast;
+    return static_cast<std::int16_t>(static_cast<std::int32_t>(steps));
+}
+
+/// Greatest values written, not magnitudes: never below 0.
+struct StereoPeaks {
+    float left = 0.f;
+    float right = 0.f;
+};
+
+/// [render] Writes `frames` frames of a window, which has so many left, times `gain` as 1 or 2
+/// interleaved channels, and raises the peaks by what it writes. One channel gives the same to both
+/// and counts on the left; a stereo window in a mono output is written sample by sample, as far as
+/// it fits.
+void writeScaled(const WindowPlace& from, std::uint32_t frames, float gain, float* out,
+                 std::uint32_t channels, StereoPeaks& peaks) noexcept;
+/// The same in 16 bits; the peaks are taken before the conversion.
+void writeScaled(const WindowPlace& from, std::uint32_t frames, float gain, std::int16_t* out,
+                 std::uint32_t channels, StereoPeaks& peaks) noexcept;
