@@ -42,7 +42,7 @@ class TakeShow final : public AudioTakeDelegate {
 
   private:
     void bubbleShown(const std::string& text) override { show(text); }
-    void bubbleDismissed() override { show("         "); }
+    void bubbleDismissed() override { show(""); }
     void alertShown(const std::string& title, const std::string& message,
                     const std::string&) override {
         tellUser("%s: %s", title.c_str(), message.c_str());
@@ -52,7 +52,7 @@ class TakeShow final : public AudioTakeDelegate {
     void show(const std::string& text) const {
         if (!m_terminal)
             return;
-        std::printf("\r%s\r", text.c_str());
+        std::printf("\r%-9s\r", text.c_str());  // over the longest of them
         std::fflush(stdout);
     }
 
