@@ -15,8 +15,9 @@ double ringMode(int n) {
 }  // namespace
 
 /// A metal bowl rubbed around its rim, which swells and beats without end. Its modes are those of a
-/// ring, n(n2 - 1) / sqrt(n2 + 1) for n = 2, 3 ... waves around the rim: Denis Terwagne and John W.
-/// M. Bush, "Tibetan singing bowls", 2011.
+/// ring, n(n2 - 1) / sqrt(n2 + 1) for n = 2, 3 ... waves around the rim: Lord Rayleigh, "The Theory
+/// of Sound", 1877; which of them sing, and their beats, after Denis Terwagne and John W. M. Bush,
+/// "Tibetan singing bowls", 2011.
 Sound singingBowl() {
     constexpr double kSeconds = 8;
     constexpr double kAmplitudes[] = {1, 0.5, 0.26, 0.11, 0.05};
