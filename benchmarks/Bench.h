@@ -18,6 +18,8 @@
 #include "PlainOutput.h"
 #include "ResonanceFilter.h"
 #include "RingModulateFilter.h"
+#include "VornSequencePlayer.h"
+#include "VornSequenceScrubber.h"
 #include "audiounits/RenderScope.h"
 
 /// What the benchmarks share: the instrument's graph, and the yardstick playing the same.
@@ -200,6 +202,35 @@ class Noise : public VornCallbackUnit {
         return noErr;
     }
     Sound m_sound;
+};
+
+/// Ten windows of noise in one layout, as a sequence of ten blocks hands them out.
+class Sequence : public WaveSequenceAccess {
+  public:
+    explicit Sequence(WaveFormat format) : m_sound(2.0), m_format(format) {}
+    std::uint32_t sampleCount() const override { return kWindows * kFrames; }
+    const StreamDescription* audioDescription() const override { return nullptr; }
+    WaveWindowList retrieveWindowsAt(std::uint32_t, std::uint32_t*) const override {
+        auto list = std::make_unique<WaveWindow[]>(kWindows + 1);
+        std::uint32_t count = 0;
+        for (std::uint32_t i = 0; i < kWindows; ++i)
+            list[i] = {this, m_sound.retrieveWindowAt(2 * i * kFrames, &count, nullptr), kFrames,
+                       static_cast<std::int32_t>(m_format)};
+        return list;
+    }
+    std::uint32_t write(std::uint32_t, float*) const override { return 0; }
+    std::shared_ptr<VornWave2> flattenInto(const std::string&, std::uint32_t) const override {
+        return nullptr;
+    }
+    std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t, std::uint32_t) const override {
+        return nullptr;
+    }
+
+  private:
+    static constexpr std::uint32_t kWindows = 10;
+    static constexpr std::uint32_t kFrames = 4000;
+    Sound m_sound;
+    WaveFormat m_format;
 };
 
 }  // namespace bench

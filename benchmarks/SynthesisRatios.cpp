@@ -126,10 +126,53 @@ void bufferOverhead(const char* what, const Settings& settings) {
     }
 }
 
+// Both beside one of the instrument's voices.
+struct Listened {
+    void render(const VornUnit& unit, std::uint32_t bytesPerFrame) {
+        AudioBufferList list = AudioBufferList::single(out.data(), 2, kFrames * bytesPerFrame);
+        AudioUnitRenderActionFlags flags = 0;
+        const AudioTimeStamp time;
+        unit.callback()->inputProc(unit.callback()->inputProcRefCon, &flags, &time, 0, kFrames,
+                                   &list);
+    }
+    std::vector<float> out = std::vector<float>(2 * kFrames);
+};
+
+void playerAndScrubberAgainstAVoice() {
+    const Graph graph(std::make_shared<bench::Sound>(2.0), {});
+    std::vector<float> out(kFrames);
+    const auto voice = [&] { graph.render(*graph.envelopes[0], out.data(), kFrames, kFrames * 4); };
+    Listened listened;
+    const char* const layouts[] = {"mono", "stereo", "one of two channels"};
+    for (int format : {0, 1, 2}) {
+        const auto sound = std::make_shared<bench::Sequence>(static_cast<WaveFormat>(format));
+        VornSequencePlayer player(sound), converting(sound, true);
+        for (VornSequencePlayer* unit : {&player, &converting}) {
+            unit->setLooping(true);
+            unit->play();
+        }
+        VornSequenceScrubber scrubber;
+        scrubber.setSequence(sound);
+        int place = 0;
+        std::printf("%s, a frame (ours, a voice)\n", layouts[format]);
+        printRow("  player", compare([&] { listened.render(player, 8); }, voice, 300), kFrames);
+        printRow("  player in 16 bits",
+                 compare([&] { listened.render(converting, 4); }, voice, 300), kFrames);
+        const auto scrub = [&] {
+            scrubber.scrubTo(place = (place + 1000) % 30000);
+            listened.render(scrubber, 4);
+        };
+        printRow("  scrubber, two heads", compare(scrub, voice, 300), kFrames);
+    }
+    VornSequencePlayer paused(std::make_shared<bench::Sequence>(WaveFormat::mono));
+    printRow("paused player", compare([&] { listened.render(paused, 8); }, voice, 300), kFrames);
+}
+
 }  // namespace
 
 int main() {
     RenderScope scope;
+    playerAndScrubberAgainstAVoice();
     voicesAgainstYardstick("voices, a voice frame (ours, yardstick)", {});
     voicesAgainstYardstick("voices with modulation", {.fmFrequency = 0.01f});
     voicesAgainstYardstick("voices on a sound of 100 frames", {}, 100.5 / 44100);

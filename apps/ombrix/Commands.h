@@ -11,5 +11,6 @@ inline constexpr int kExitBadUse = 2;  // bad use or bad input
 int renderCommand(std::span<char*> words);
 int playCommand(std::span<char*> words);
 int takeCommand(std::span<char*> words);
+int auditionCommand(std::span<char*> words);
 int devicesCommand(std::span<char*> words);
 int presetsCommand(std::span<char*> words);

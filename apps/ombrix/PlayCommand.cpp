@@ -1,8 +1,9 @@
-#include <cstdio>
 #include <limits>
+#include <optional>
 
 #include "CommandFrame.h"
 #include "Commands.h"
+#include "DeviceRequest.h"
 #include "LiveLoop.h"
 #include "MeteredDevice.h"
 #include "RecordedPlay.h"
@@ -23,8 +24,8 @@ constexpr CommandText kText{"ombrix play SONG.mid [options]",
 
 const std::vector<OptionRow>& options() {
     static const std::vector<OptionRow> rows = withSongOptions({
-        {"device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"},
-        {"buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"},
+        kDeviceOption,
+        kPeriodOption,
         {"seconds", "S", "stop after S seconds"},
         {"record", nullptr, "record it into the data folder, from the first note on"},
     });
@@ -79,39 +80,14 @@ class LivePlay {
     double m_started = 0;
 };
 
-struct Request {
-    std::string device;
-    double longest = 1e9;
-};
-
-std::string readRequest(const Arguments& arguments, Request& request) {
-    request.device = arguments.value("device").value_or("");
-    if (const auto text = arguments.value("buffer-frames")) {
-        const auto frames = wholeNumber(*text, 16, kMaximumDeviceFrames);
-        if (!frames)
-            return "--buffer-frames " + *text + ": a whole number from 16 to 8192 is wanted";
-        AudioDevices::setPreferredPeriod(static_cast<std::uint32_t>(*frames));
-    }
-    if (const auto text = arguments.value("seconds")) {
-        const auto seconds = decimalNumber(*text);
-        if (!seconds || *seconds < 0)
-            return "--seconds " + *text + ": a number from 0 on is wanted";
-        request.longest = *seconds;
-    }
-    std::string error;
-    if (!AudioDevices::choose(request.device, error))
-        return error;
-    return "";
-}
-
 }  // namespace
 
 int playCommand(std::span<char*> words) {
     const CommandFrame frame(words, kText, options());
     if (frame.exitCode())
         return *frame.exitCode();
-    Request request;
-    std::string error = readRequest(frame.arguments(), request);
+    DeviceRequest request;
+    std::string error = request.read(frame.arguments());
     if (!error.empty())
         return frame.refuse(error);
     Signals::listen();
@@ -131,7 +107,6 @@ int playCommand(std::span<char*> words) {
     const AudioDeviceInfo info = device->info();
     session->instrument().stop();
     Log::drain();
-    std::printf("%.2f s played on %s, %llu periods lost\n", play.elapsed(), info.name.c_str(),
-                static_cast<unsigned long long>(info.xruns));
+    tellPlayed(play.elapsed(), info);
     return good ? kExitDone : kExitFailed;
 }

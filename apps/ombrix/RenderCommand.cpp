@@ -1,24 +1,19 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
-#include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <optional>
+#include <string>
 
 #include "CommandFrame.h"
 #include "Commands.h"
 #include "OfflineRender.h"
+#include "OutputRequest.h"
 #include "Signals.h"
+#include "StatusLine.h"
 #include "WavFileWriter.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
+#include "runloop/RunLoop.h"
 
 namespace {
-
-constexpr unsigned kDefaultBuffer = 512;  // frames
-constexpr double kLongestSeconds = 48000.0;
 
 constexpr CommandText kText{"ombrix render SONG.mid --output OUT.wav [options]",
                             "Plays a MIDI file through the instrument, faster than real time, into "
@@ -26,60 +21,28 @@ constexpr CommandText kText{"ombrix render SONG.mid --output OUT.wav [options]",
 
 const std::vector<OptionRow>& options() {
     static const std::vector<OptionRow> rows = withSongOptions({
-        {"output", "OUT.wav", "the file to write"},
-        {"force", nullptr, "replace the file if it exists"},
-        {"buffer-frames", "N", "frames per buffer, 1 to 8192 (512)"},
-        {"seconds", "S", "write exactly S seconds"},
+        kOutputOption,
+        kForceOption,
+        kBufferOption,
+        kLengthOption,
     });
     return rows;
 }
 
-struct Request {
-    std::string output;
-    std::uint32_t bufferFrames = kDefaultBuffer;
-    std::optional<std::uint64_t> frames;
-};
-
-std::string readRequest(const Arguments& arguments, Request& request) {
-    const auto output = arguments.value("output");
-    if (!output || output->empty())
-        return "name the file to write with --output OUT.wav";
-    request.output = *output;
-    if (const auto text = arguments.value("buffer-frames")) {
-        const auto frames = wholeNumber(*text, 1, kMaximumDeviceFrames);
-        if (!frames)
-            return "--buffer-frames " + *text + ": a whole number from 1 to 8192 is wanted";
-        request.bufferFrames = static_cast<std::uint32_t>(*frames);
-    }
-    if (const auto text = arguments.value("seconds")) {
-        const auto seconds = decimalNumber(*text);
-        if (!seconds || !(*seconds >= 0 && *seconds <= kLongestSeconds))
-            return "--seconds " + *text + ": a number from 0 to 48000 is wanted";
-        request.frames = static_cast<std::uint64_t>(std::floor(*seconds * kGraphRate + 0.5));
-    }
-    return "";
-}
-
-/// A percentage on a terminal, and only there.
+/// A percentage, as it moves on.
 class Progress {
   public:
     explicit Progress(std::uint64_t frames) : m_frames(frames) {}
-    ~Progress() {
-        if (m_shown >= 0)
-            std::fprintf(stderr, "\r    \r");
-    }
     void show(std::uint64_t rendered) {
         const int percent =
             m_frames ? static_cast<int>(std::min<std::uint64_t>(99, rendered * 100 / m_frames)) : 0;
-        if (!m_terminal || percent == m_shown)
-            return;
-        m_shown = percent;
-        std::fprintf(stderr, "\r%d%%", percent);
+        if (percent != m_shown)
+            m_line.show(std::to_string(m_shown = percent) + "%");
     }
 
   private:
     std::uint64_t m_frames;
-    bool m_terminal = isatty(STDERR_FILENO) != 0;
+    StatusLine m_line;
     int m_shown = -1;
 };
 
@@ -94,6 +57,7 @@ std::string renderAll(OfflineRender& render, SongSession& session, WavFileWriter
             session.instrument().silence();
         if (std::string error = file.write(render.next()); !error.empty())
             return error;
+        RunLoop::main().turn();
         Log::drain();
         progress.show(file.framesWritten());
     }
@@ -107,8 +71,8 @@ int renderCommand(std::span<char*> words) {
     const CommandFrame frame(words, kText, options());
     if (frame.exitCode())
         return *frame.exitCode();
-    Request request;
-    if (const std::string error = readRequest(frame.arguments(), request); !error.empty())
+    OutputRequest request;
+    if (const std::string error = request.read(frame.arguments()); !error.empty())
         return frame.refuse(error);
 
     Signals::listen();
@@ -116,8 +80,7 @@ int renderCommand(std::span<char*> words) {
     const auto device = std::make_shared<ManualDevice>();
     AudioDevices::use(device);
     WavFileWriter file;
-    const bool replace = frame.arguments().has("force");
-    std::string error = WavFileWriter::refusal(request.output, replace);
+    std::string error = WavFileWriter::refusal(request.output, request.replace);
     if (!error.empty())
         return frame.refuse(error);
     const auto session = SongSession::prepare(frame.arguments(), error);
@@ -125,7 +88,7 @@ int renderCommand(std::span<char*> words) {
         return frame.refuse(error);
     if (request.frames.value_or(session->timeline().endFrame) > WavFileWriter::maximumFrames())
         return frame.refuse("the song is longer than a WAV file can be; use --seconds");
-    if (error = file.open(request.output, replace); !error.empty())
+    if (error = file.open(request.output, request.replace); !error.empty())
         return frame.fail(error);
 
     session->instrument().play();
@@ -138,9 +101,6 @@ int renderCommand(std::span<char*> words) {
     if (!error.empty())
         return frame.fail(error);
 
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - started;
-    const double seconds = static_cast<double>(file.framesWritten()) / kGraphRate;
-    std::printf("%.2f s of sound in %.2f s, %.0f times as fast as it plays\n", seconds,
-                taken.count(), seconds / taken.count());
+    tellRendered(file.framesWritten(), std::chrono::steady_clock::now() - started);
     return kExitDone;
 }

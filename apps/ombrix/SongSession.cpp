@@ -1,76 +1,22 @@
 #include "SongSession.h"
 
 #include <array>
-#include <filesystem>
 
+#include "PresetArgument.h"
 #include "RandomSource.h"
-#include "folders/Folders.h"
+#include "SoundArgument.h"
 #include "log/Log.h"
 #include "midi/MidiFile.h"
-#include "parameters/PresetLookup.h"
-#include "text/CNumber.h"
 
 namespace {
 
 constexpr std::array kSongOptions{
-    OptionRow{"sound", "NAME|FILE", "the sound that is played: a built-in name or a sound file"},
+    OptionRow{"sound", "NAME|FILE", "the sound that is played: its name or a sound file"},
     OptionRow{"preset", "NAME|FILE", "all settings from a preset: its name, or a property list"},
     OptionRow{"set", "KEY=VALUE", "one setting, as a preset stores it; may be given again"},
     OptionRow{"seed", "N", "start of the random sequence, 0 to 4294967295 (1)"},
     OptionRow{"no-auto-gain", nullptr, "leave the level as it is"},
 };
-
-/// An existing path first, else a built-in name with or without ".wav"; none for neither.
-std::optional<std::string> soundPath(const std::string& sound) {
-    std::error_code ignored;
-    if (std::filesystem::exists(sound, ignored))
-        return sound;
-    const std::string name = WaveChoice::plainWaveName(sound);
-    if (name.empty() || name.find('/') != std::string::npos)
-        return std::nullopt;
-    if (const auto exact = WaveChoice::resource(name))
-        return exact;
-    return WaveChoice::resource(name + ".wav");
-}
-
-std::optional<Preset> presetNamed(const std::string& name) {
-    const auto folder = Folders::data();
-    std::vector<std::string> told;
-    const auto preset =
-        PresetLookup::find(name, folder ? (*folder / "presets.plist").string() : "",
-                           WaveChoice::resource("default-presets.plist").value_or(""), told);
-    for (const std::string& line : told)
-        tellUser("%s", line.c_str());
-    return preset;
-}
-
-/// Where the sound of a preset from a store lies. One that is gone gives way to the default sound.
-std::string storedSoundPath(const Preset& preset) {
-    const auto path = Folders::data()
-                          ? WaveChoice::findWavePath(*preset.wave)
-                          : WaveChoice::resource(WaveChoice::plainWaveName(*preset.wave));
-    if (!path)
-        tellUser("preset \"%s\": its sound \"%s\" is not there; the default sound is used",
-                 preset.name.c_str(), preset.wave->c_str());
-    return path.value_or(WaveChoice::defaultSoundFile());
-}
-
-/// A preset that a user has named: an existing file first, else one from the stores.
-struct Chosen {
-    std::optional<Preset> preset;
-    bool isStored = false;
-};
-
-Chosen chosenPreset(const std::string& choice, std::string& error) {
-    std::error_code ignored;
-    if (std::filesystem::exists(choice, ignored))
-        return {readPresetFile(choice, error)};
-    Chosen chosen{presetNamed(choice), true};
-    if (!chosen.preset)
-        error = "--preset " + oneLine(choice) +
-                ": no such file, nor a preset of that name; \"ombrix presets\" lists them";
-    return chosen;
-}
 
 std::string applySetting(Preset& preset, const std::string& setting) {
     const auto equals = setting.find('=');
@@ -122,9 +68,9 @@ std::string SongSession::settle(const Arguments& arguments) {
     }
     m_instrument = std::make_unique<Instrument>(!arguments.has("no-auto-gain"));
     std::string error;
-    Chosen chosen{m_instrument->makePresetFromSettings()};
+    PresetArgument chosen{m_instrument->makePresetFromSettings()};
     if (const auto choice = arguments.value("preset"))
-        chosen = chosenPreset(*choice, error);
+        chosen = PresetArgument::find(*choice, error);
     if (!chosen.preset)
         return error;
     Preset preset = *chosen.preset;
@@ -147,7 +93,7 @@ std::string SongSession::settle(const Arguments& arguments) {
 std::string SongSession::loadSound(const std::optional<std::string>& sound) {
     const auto path = sound ? soundPath(*sound) : WaveChoice::defaultSoundFile();
     if (!path)
-        return *sound + ": no such sound file, nor a built-in sound of that name";
+        return noSuchSound(*sound);
     return loadFile(*path);
 }
 

@@ -8,9 +8,9 @@
 #include "Commands.h"
 #include "LiveLoop.h"
 #include "Signals.h"
+#include "TakeRequest.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "log/Log.h"
-#include "parameters/PresetNames.h"
 #include "recording/AudioTake.h"
 #include "runloop/Clock.h"
 #include "startup/Instrument.h"
@@ -20,7 +20,6 @@ namespace {
 
 constexpr double kShortestSleep = 0.005;  // seconds, while the last frames come in
 constexpr double kLate = 1.0;             // seconds by which a device may lag before we give up
-constexpr std::string_view kExtension = ".wav";
 
 constexpr CommandText kText{"ombrix take NAME [options]",
                             "Records the microphone into a sound of your own, \"NAME.wav\" in the "
@@ -36,58 +35,6 @@ const std::vector<OptionRow>& options() {
     return rows;
 }
 
-struct Request {
-    std::string filename;
-    std::string path;
-    std::string device;
-    double seconds = AudioTake::kLongestTake;
-    FileNames::Existing existing = FileNames::Existing::keep;
-};
-
-/// Names of sounds are file names: what would lead elsewhere is refused.
-std::string faultOf(const std::string& name) {
-    if (name.find('/') != std::string::npos || name == kExtension)
-        return "not a plain file name";
-    const std::string fault = PresetNames::waveFault(name);
-    return fault.empty() ? PresetNames::waveFault(name + std::string(kExtension)) : fault;
-}
-
-std::string readName(const Arguments& arguments, Request& request) {
-    if (arguments.words().size() != 1)
-        return arguments.words().empty() ? "name the sound to record"
-                                         : "one name at a time, not " + arguments.words()[1];
-    std::string name = arguments.words()[0];
-    if (name.ends_with(kExtension) && name != kExtension)
-        name.resize(name.size() - kExtension.size());
-    request.filename = name + std::string(kExtension);
-    const std::string fault = faultOf(name);
-    return fault.empty() ? "" : "give the sound another name, this one is " + fault;
-}
-
-std::string readRequest(const Arguments& arguments, Request& request) {
-    if (std::string error = readName(arguments, request); !error.empty())
-        return error;
-    request.path = WaveChoice::dataFile(request.filename);
-    if (arguments.has("force"))
-        request.existing = FileNames::Existing::replace;
-    if (const auto text = arguments.value("seconds")) {
-        const auto seconds = decimalNumber(*text);
-        if (!seconds || *seconds <= 0 || *seconds > AudioTake::kLongestTake)
-            return "--seconds " + *text + ": a number above 0, up to 30, is wanted";
-        request.seconds = *seconds;
-    }
-    request.device = arguments.value("device").value_or("");
-    std::error_code ignored;
-    const auto status = std::filesystem::status(request.path, ignored);
-    if (std::filesystem::is_directory(status))
-        return request.path + " is a folder; choose another name";
-    if (std::filesystem::exists(status) && !arguments.has("force"))
-        return request.path + " exists already; --force replaces it";
-    std::string error;
-    AudioDevices::choose(request.device, error);
-    return error;
-}
-
 /// Shows a take on the terminal, if there is one.
 class TakeShow final : public AudioTakeDelegate {
   public:
@@ -95,7 +42,7 @@ class TakeShow final : public AudioTakeDelegate {
 
   private:
     void bubbleShown(const std::string& text) override { show(text); }
-    void bubbleDismissed() override { show("         "); }
+    void bubbleDismissed() override { show(""); }
     void alertShown(const std::string& title, const std::string& message,
                     const std::string&) override {
         tellUser("%s: %s", title.c_str(), message.c_str());
@@ -105,7 +52,7 @@ class TakeShow final : public AudioTakeDelegate {
     void show(const std::string& text) const {
         if (!m_terminal)
             return;
-        std::printf("\r%s\r", text.c_str());
+        std::printf("\r%-9s\r", text.c_str());  // over the longest of them
         std::fflush(stdout);
     }
 
@@ -117,13 +64,22 @@ double secondsOf(std::uint32_t frames) {
     return frames / kGraphRate;
 }
 
-/// Returns when the time is over, a signal came, or the device has fallen silent.
-void listen(AudioTake& take, double seconds) {
-    const double begun = Clock::monotonic();
+/// Whether the clock plays in place of the device that was asked for.
+bool deviceGone(const TakeRequest& request) {
+    return request.device != "clock" && AudioDevices::current()->info().name == "clock";
+}
+
+/// Returns when the time is over, a signal came, or the device went away.
+void listen(AudioTake& take, const TakeRequest& request) {
+    const double end = Clock::monotonic() + request.seconds + kLate;
     while (take.recording() && !Signals::stopWanted()) {
-        const double missing = seconds - secondsOf(take.framesHeard());
-        if (missing <= 0 || Clock::monotonic() > begun + seconds + kLate)
+        const double missing = request.seconds - secondsOf(take.framesHeard());
+        if (missing <= 0 || Clock::monotonic() > end)
             break;
+        if (deviceGone(request)) {
+            tellUser("the take ends here, because the device went away");
+            break;
+        }
         LiveLoop::sleepUntil(Clock::monotonic() + std::max(missing, kShortestSleep));
         LiveLoop::turn();
     }
@@ -133,7 +89,8 @@ void listen(AudioTake& take, double seconds) {
 
 constexpr const char* kKept = "; the take is kept: ombrix take --recover NAME stores it";
 
-std::string nameTake(UnsavedTake& unsaved, const VornWaveSequence& take, const Request& request) {
+std::string nameTake(UnsavedTake& unsaved, const VornWaveSequence& take,
+                     const TakeRequest& request) {
     if (unsaved.path().empty())
         return StoredWave::store(take, request.path, request.existing);
     const std::string error = unsaved.nameIt(request.path, request.existing);
@@ -146,15 +103,15 @@ void mentionLeftOver(UnsavedTake& unsaved) {
                  count == 1 ? " is" : "s are", count == 1 ? "it" : "one");
 }
 
-int record(const CommandFrame& frame, const Request& request, UnsavedTake& unsaved) {
+int record(const CommandFrame& frame, const TakeRequest& request, UnsavedTake& unsaved) {
     Instrument instrument(false);
     AudioTake take(instrument.waves(), &unsaved);
     TakeShow show;
     take.setDelegate(&show);
     take.waveRecordDown();
-    if (AudioDevices::current()->info().name == "clock" && request.device != "clock")
+    if (deviceGone(request))
         return frame.fail("nothing was recorded: there is no microphone");
-    listen(take, request.seconds);
+    listen(take, request);
     instrument.stop();
     Log::drain();
     if (!show.take())
@@ -167,7 +124,7 @@ int record(const CommandFrame& frame, const Request& request, UnsavedTake& unsav
     return kExitDone;
 }
 
-int recover(const CommandFrame& frame, const Request& request, UnsavedTake& unsaved) {
+int recover(const CommandFrame& frame, const TakeRequest& request, UnsavedTake& unsaved) {
     const auto found = unsaved.leftOver();
     if (found.empty())
         return frame.fail("no take was left over");
@@ -191,8 +148,8 @@ int takeCommand(std::span<char*> words) {
     const CommandFrame frame(words, kText, options());
     if (frame.exitCode())
         return *frame.exitCode();
-    Request request;
-    if (const std::string error = readRequest(frame.arguments(), request); !error.empty())
+    TakeRequest request;
+    if (const std::string error = request.read(frame.arguments()); !error.empty())
         return frame.refuse(error);
     if (const std::string error = WaveChoice::makeDataFolder(); !error.empty())
         return frame.fail(error);

@@ -203,6 +203,7 @@ TEST_F(PresetBundles, thatAreHostileChangeNothing) {
         {"deep", "nested deeper"},
         {"entities", "entity"},
         {"no-dictionary", "must be a dictionary"},
+        {"no-keys", "holds no preset"},
         {"not-there", "No such file"},
     };
     const auto before = dataFolder();
@@ -251,23 +252,30 @@ TEST_F(PresetBundles, comeAsPlainListsToo) {
     one.wave = "generated/sine";
     Preset other = one;
     other.name = "Other";
-    const std::string list = m_scratch.file("list.plist");
-    std::string error;
-    ASSERT_TRUE(PropertyList::writeFile(list, one.toPropertyList(), error)) << error;
-    EXPECT_THAT(import(list).names, ElementsAre(one.name));
-    ASSERT_TRUE(PropertyList::writeFile(
-        list,
-        PropertyListValue::Dictionary{{"a", one.toPropertyList()}, {"b", other.toPropertyList()}},
-        error));
-    EXPECT_THAT(import(list).names, ElementsAre(one.name + " 2", "Other"));
-    one.isProtected = false;
-    EXPECT_EQ(*store().find(one.name), one);
+    const auto listed = [&](const PropertyListValue& value) {
+        std::string error;
+        EXPECT_TRUE(PropertyList::writeFile(m_scratch.file("list.plist"), value, error)) << error;
+        return import(m_scratch.file("list.plist"));
+    };
+    const auto store = [&] {
+        return PropertyListValue::Dictionary{{PresetStore::keyOf(one.name), one.toPropertyList()},
+                                             {"other", other.toPropertyList()},
+                                             {"version of a newer store", 7}};
+    };
+    EXPECT_THAT(listed(one.toPropertyList()).names, ElementsAre(one.name));
+    EXPECT_THAT(listed(store()).names, ElementsAre(one.name + " 2", "Other"));
+    const PresetStore after = PresetBundles::store();
+    Preset expected = one;
+    expected.isProtected = false;
+    EXPECT_EQ(*after.find(one.name), expected);
+    // What this program came with too is not taken in again.
+    ASSERT_EQ(PresetBundles::store().save(one), "");
+    EXPECT_THAT(listed(store()).names, ElementsAre("Other 2"));
     // One bad name, and none of them arrives.
     other.wave = "user/../../x.wav";
-    ASSERT_TRUE(PropertyList::writeFile(
-        list,
-        PropertyListValue::Dictionary{{"a", one.toPropertyList()}, {"b", other.toPropertyList()}},
-        error));
-    EXPECT_THAT(import(list).error, HasSubstr("the sound's name \"user/../../x.wav\""));
-    EXPECT_EQ(store().presets().size(), 3u);
+    EXPECT_THAT(listed(store()).error, HasSubstr("the sound's name \"user/../../x.wav\""));
+    for (const PropertyListValue& nothing :
+         {PropertyListValue(PropertyListValue::Dictionary{}), PropertyListValue("Chime")})
+        EXPECT_THAT(listed(nothing).error, HasSubstr("holds no preset"));
+    EXPECT_EQ(PresetBundles::store().presets().size(), 4u);
 }

@@ -146,6 +146,7 @@ BUNDLES = {
     "our-own": lambda: named("presets.plist"),
     "hidden": lambda: named(".running.marker"),
     "deep": lambda: archive(("preset.plist", deep(40))),
+    "no-keys": lambda: archive(("preset.plist", plist("<key>glow</key><true/>"))),
     "entities": lambda: archive(("preset.plist", ENTITIES)),
     "no-dictionary": lambda: archive(("preset.plist", b"<plist><string>Chime</string></plist>")),
 }

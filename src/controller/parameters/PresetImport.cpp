@@ -23,13 +23,21 @@ PresetImport::Result failed(const std::string& error) {
     return {{}, error, false};
 }
 
+constexpr const char* kNoPreset = "holds no preset to take in";
+
 using Dictionary = PropertyListValue::Dictionary;
 
-/// A store maps names to presets; a preset holds no dictionaries that we know of.
-bool isStore(const Dictionary& entries) {
-    return !entries.empty() && std::all_of(entries.begin(), entries.end(), [](const auto& entry) {
-        return entry.second.dictionary() != nullptr;
+/// Whether anything in it is a preset's own; a store maps names to dictionaries.
+bool isPreset(const Dictionary& entries) {
+    return std::any_of(entries.begin(), entries.end(), [](const auto& entry) {
+        const auto& [key, value] = entry;
+        return !value.dictionary() && (key == "name" || key == "wave" || parameterWithKey(key));
     });
+}
+
+bool isProtected(const Dictionary& preset) {
+    const auto found = preset.find("protected");
+    return found != preset.end() && found->second == PropertyListValue(true);
 }
 
 /// What a sound is called is refused where everything else is repaired: it becomes a file's name.
@@ -55,6 +63,8 @@ PresetImport::Result PresetImport::takeBundle(const std::string& path) {
     const auto bundle = PresetBundle::open(path, error);
     if (!bundle)
         return refused(error);
+    if (!isPreset(bundle->preset()))
+        return refused(path + ": " + kNoPreset);
     if (const std::string fault = waveFault(bundle->preset()); !fault.empty())
         return refused(path + ": " + fault);
     std::vector<std::string> told;
@@ -106,18 +116,31 @@ PresetImport::Result PresetImport::takeList(const std::string& path) {
         return refused(error);
     const auto list = PropertyList::parse(*bytes, error, PropertyList::Malformed::asText);
     if (!list || !list->dictionary())
-        return refused(path + ": " + (list ? "a preset must be a dictionary" : error));
-    Dictionary entries = *list->dictionary();
-    if (!isStore(entries))
-        entries = {{nameFrom(path), std::move(entries)}};
+        return refused(path + ": " + (list ? kNoPreset : error));
+    const Dictionary& entries = *list->dictionary();
+    const Dictionary arrivals =
+        isPreset(entries) ? Dictionary{{nameFrom(path), entries}} : presetsOf(entries);
+    if (arrivals.empty())
+        return refused(path + ": " + kNoPreset);
     std::vector<std::string> told;
     std::vector<Preset> presets;
-    for (const auto& [name, value] : entries) {
+    for (const auto& [name, value] : arrivals) {
         if (const std::string fault = waveFault(*value.dictionary()); !fault.empty())
             return refused(path + ": " + subjectOf(name) + fault);
         presets.push_back(repairedPreset(*value.dictionary(), name, told));
     }
     return add(path, std::move(presets), told);
+}
+
+/// Without those that the programs of both users came with, which are here already.
+PresetImport::Dictionary PresetImport::presetsOf(const Dictionary& store) const {
+    Dictionary presets;
+    for (const auto& [name, value] : store) {
+        if (value.dictionary() &&
+            !(isProtected(*value.dictionary()) && m_store.hasPresetWithName(name) < 0))
+            presets.emplace(name, value);
+    }
+    return presets;
 }
 
 PresetImport::Result PresetImport::add(const std::string& path, std::vector<Preset> presets,

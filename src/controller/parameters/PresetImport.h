@@ -31,8 +31,11 @@ class PresetImport {
     Result take(const std::string& path);
 
   private:
+    using Dictionary = PropertyListValue::Dictionary;
+
     Result takeBundle(const std::string& path);
     Result takeList(const std::string& path);
+    Dictionary presetsOf(const Dictionary& store) const;
     Result bring(ArrivingWave& wave, PresetBundle& bundle, const std::string& path,
                  std::vector<std::string>& told);
     Result add(const std::string& path, std::vector<Preset> presets,

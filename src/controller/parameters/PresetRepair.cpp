@@ -28,7 +28,7 @@ class Repair {
         m_preset.name = PresetNames::repaired(name ? *name : "");
         if (m_preset.name.empty())
             m_preset.name = PresetNames::repaired(m_fallbackName);
-        if (!fault.empty() && value)
+        if (!fault.empty() && value && !(name && PresetNames::trimmed(*name).empty()))
             say("a name that is " + fault + " was replaced by this one");
     }
 

@@ -100,25 +100,30 @@ std::optional<std::string> WaveChoice::findWavePath(const std::string& name) {
 }
 
 WaveChoice::Loaded WaveChoice::load(const std::string& path) {
+    Loaded loaded = loadAllChannels(path);
+    if (loaded.wave && loaded.wave->audioDescription()->mChannelsPerFrame == 2)
+        loaded.wave = mixedToMono(*loaded.wave);
+    if (!loaded.wave && loaded.error.empty())
+        loaded.error = path + ": not enough memory for this sound";
+    return loaded;
+}
+
+WaveChoice::Loaded WaveChoice::loadAllChannels(const std::string& path) {
     const fs::path file(path);
-    Loaded loaded;
-    loaded.filename = file.filename().string();
-    loaded.wave = VornWave2::initWithContentsOfFile(loaded.filename, file.parent_path().string());
-    loaded.error = loaded.wave->loadError();
-    loaded.notice = loaded.wave->loadNotice();
+    return withAllChannels(
+        VornWave2::initWithContentsOfFile(file.filename(), file.parent_path().string()), path);
+}
+
+WaveChoice::Loaded WaveChoice::withAllChannels(std::shared_ptr<VornWave2> wave,
+                                               const std::string& path) {
+    Loaded loaded{wave, fs::path(path).filename().string(), wave->loadError(), wave->loadNotice()};
     if (!loaded.error.empty()) {
         loaded.wave.reset();
         return loaded;
     }
-    if (loaded.wave->audioDescription()->mChannelsPerFrame == 2)
-        loaded.wave = mixedToMono(*loaded.wave);
-    if (!loaded.wave) {
-        loaded.error = path + ": not enough memory for this sound";
-        return loaded;
-    }
     if (const auto builtIn = builtInSound(path)) {
         if (const auto generator = GeneratedWaves::generatorNamed(*builtIn))
-            generate(*loaded.wave, generator);
+            generate(*wave, generator);
     }
     return loaded;
 }

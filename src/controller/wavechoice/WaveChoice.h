@@ -13,7 +13,7 @@ class WaveChoice {
   public:
     /// A sound that is ready to be played, or the one line that says why it is not.
     struct Loaded {
-        std::shared_ptr<VornWave2> wave;  // mono; null after an error
+        std::shared_ptr<VornWave2> wave;  // mono, where not said otherwise; null after an error
         std::string filename;             // last component of the path
         std::string error;                // names file and reason
         std::string notice;               // played, but something is amiss
@@ -44,6 +44,10 @@ class WaveChoice {
     /// Reads a sound file, mixes it to mono and generates built-in waves. [any thread] but
     /// [render].
     static Loaded load(const std::string& path);
+    /// The same without mixing.
+    static Loaded loadAllChannels(const std::string& path);
+    /// The same for a wave of that file that has been loaded. [main]
+    static Loaded withAllChannels(std::shared_ptr<VornWave2> wave, const std::string& path);
 
     /// Makes a loaded sound the one in use by all voices.
     void use(const Loaded& loaded);

@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "storage/FileNames.h"
+#include "storage/WriteAll.h"
 
 namespace fs = std::filesystem;
 
@@ -60,14 +61,11 @@ bool AsideFile::close() {
 }
 
 bool AsideFile::write(std::span<const std::uint8_t> bytes) {
-    while (m_error.empty() && !bytes.empty()) {
-        const ssize_t count = ::write(m_file, bytes.data(), bytes.size());
-        if (count > 0)
-            bytes = bytes.subspan(static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            fail();
-    }
-    return m_error.empty();
+    if (!m_error.empty())
+        return false;
+    const std::size_t count = writeAll(m_file, bytes.data(), bytes.size(), m_written);
+    m_written += count;
+    return count == bytes.size() || fail();
 }
 
 bool AsideFile::sync() {

@@ -8,6 +8,7 @@
 #include "Songs.h"
 #include "Sounds.h"
 
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
@@ -139,4 +140,30 @@ TEST_F(CommandLine, takesASoundByNameOrByPath) {
     const auto ofPreset = sounds::rendered(contents(path("out.wav")));
     ASSERT_TRUE(ofPreset);
     EXPECT_EQ(*ofPreset, sound({"--preset", "preset.plist", "--sound", "Square Wave"}));
+}
+
+TEST_F(CommandLine, takesAPresetByItsNameAndChangesNothing) {
+    m_surroundings.environment["OMBRIX_DATA"] = path("data");
+    std::filesystem::create_directory(path("data"));
+    const std::string ofBell = "<key>wave</key><string>gone.wav</string>" + real("preamp", "1") +
+                               real("adsrSustain", "1") + real("grainSize", "9");
+    put("data/presets.plist",
+        "<plist><dict><key>bell</key><dict><key>name</key>"
+        "<string>Bell</string>" +
+            ofBell + "</dict></dict></plist>");
+    const Program::Words words{"render",    "song.mid", "--output", "out.wav",
+                               "--seconds", "0.5",      "--preset"};
+    const auto with = [&](const std::string& name) {
+        Program::Words all = words;
+        all.push_back(name);
+        return run(all);
+    };
+    EXPECT_THAT(with("Bells").err, IsOneLine());
+    const Outcome outcome = with(" BELL");
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("grainSize is 9"));
+    EXPECT_THAT(outcome.err, HasSubstr("\"gone.wav\" is not there"));
+    put("data/presets.plist", "garbage");
+    EXPECT_EQ(with("Bell").exitCode, 2);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(path("data")), {}), 1);
 }

@@ -7,11 +7,13 @@ using testing::IsEmpty;
 
 TEST_F(CommandLine, helpsEverywhere) {
     const std::vector<std::pair<Program::Words, Program::Words>> cases{
-        {{"--help"}, {"render", "play", "devices"}},
+        {{"--help"}, {"render", "play", "audition", "devices"}},
         {{"render", "--help"},
          {"--output", "--sound", "--preset", "--set", "--buffer-frames", "--seconds", "--seed",
           "--no-auto-gain", "--force", "--verbose"}},
         {{"play", "--help"}, {"--device", "--sound", "--preset", "--set"}},
+        {{"audition", "--help"},
+         {"--from", "--loop", "--gain", "--scrub", "--pace", "--device", "--output", "--seconds"}},
         {{"devices", "--help"}, {"--json"}},
         {{"presets", "--help"},
          {"list", "show", "rename", "delete", "import", "export", "--output", "--force"}},

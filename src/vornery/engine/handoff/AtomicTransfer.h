@@ -4,6 +4,12 @@
 #include <cstdint>
 #include <type_traits>
 
+/// Whether posting `a` of an AtomicTransfer came before posting `b`; the counts wrap.
+inline bool postedBefore(std::int32_t a, std::int32_t b) noexcept {
+    const auto ahead = static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b);
+    return static_cast<std::int32_t>(ahead) < 0;
+}
+
 /// A single-slot mailbox from one writer thread to one reader thread: the reader gets the latest
 /// posting, or carries on with what it had. The reader never waits; the writer may spin for the
 /// length of one copy. T is a plain value, whose copy neither allocates nor waits.
@@ -40,12 +46,6 @@ class AtomicTransfer {
     /// [any thread] The posting that was taken last. Who sees its number also sees all that the
     /// reader did before it took it.
     std::int32_t readCount() const noexcept { return m_read.load(std::memory_order_acquire); }
-
-    /// Whether posting `a` came before posting `b`; the counts wrap.
-    static bool isBefore(std::int32_t a, std::int32_t b) noexcept {
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) -
-                                         static_cast<std::uint32_t>(b)) < 0;
-    }
 
   private:
     enum Holder : std::int32_t { kNobody = 0, kWriting = 1, kReading = 2 };

@@ -1,0 +1,203 @@
+#include "parameters/Settings.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "parameters/PresetNames.h"
+#include "parameters/PresetRepair.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Keys of the user defaults.
+constexpr const char* kCurrentPreset = "current-preset";
+constexpr const char* kCurrentSettings = "current-settings";
+constexpr const char* kAutomaticGain = "auto-gain-control";
+
+constexpr const char* kDefaultSoundKey = "default sound";
+
+/// The file that was written last; empty for none.
+std::string newest(const std::vector<std::string>& files) {
+    const auto written = [](const std::string& file) {
+        std::error_code unknown;
+        const auto time = fs::last_write_time(file, unknown);
+        return unknown ? fs::file_time_type::min() : time;
+    };
+    const auto found = std::ranges::max_element(files, {}, written);
+    return found == files.end() ? "" : *found;
+}
+
+}  // namespace
+
+Settings::Settings(Instrument& instrument, PresetStore& store, UserDefaults& defaults,
+                   UnsavedTake& unsaved, SettingsDelegate& delegate)
+    : m_instrument(instrument),
+      m_store(store),
+      m_defaults(defaults),
+      m_unsaved(unsaved),
+      m_delegate(delegate) {}
+
+void Settings::setPickerTitle(const std::string& title) {
+    m_pickerTitle = title;
+    m_delegate.pickerTitleChanged(title);
+}
+
+void Settings::setModified(bool modified) {
+    m_modified = modified;
+    m_delegate.modificationNoticeChanged(modified);
+}
+
+void Settings::setCanDelete(bool canDelete) {
+    m_canDelete = canDelete;
+    m_delegate.deleteButtonChanged(canDelete);
+}
+
+void Settings::tell(const std::string& line) {
+    if (!line.empty())
+        m_delegate.told(line);
+}
+
+void Settings::tell(const WaveChoice::Loaded& loaded) {
+    tell(loaded.error);
+    tell(loaded.notice);
+}
+
+Preset Settings::makePresetFromSettings() const {
+    Preset preset = m_instrument.makePresetFromSettings();
+    preset.name = m_pickerTitle;
+    return preset;
+}
+
+void Settings::updateSettingsFromPreset(const Preset& preset) {
+    if (preset.wave && !WaveChoice::findWavePath(*preset.wave))
+        tell(subjectOf(preset.name) + "its sound \"" + *preset.wave +
+             "\" is not there; the default sound is used");
+    tell(m_instrument.updateSettingsFromPreset(preset));
+    m_delegate.settingsUpdated();
+    setCanDelete(hasPresetWithName(preset.name) > 0);
+    unmodify();
+}
+
+void Settings::pick(const Preset& preset) {
+    m_currentPreset = preset;
+    setPickerTitle(m_currentPreset->name);
+    updateSettingsFromPreset(*m_currentPreset);
+}
+
+void Settings::pickSafePreset() {
+    if (m_store.presets().empty())
+        return tell(m_instrument.waves().setWaveTo(WaveChoice::defaultSoundFile()));
+    m_currentPreset = m_store.presets().rbegin()->second;
+    updateSettingsFromPreset(*m_currentPreset);
+    setPickerTitle(m_currentPreset->name);
+}
+
+std::string Settings::savedPreset(const Preset& preset, const std::string& name) {
+    Preset saved = preset;
+    saved.name = PresetNames::trimmed(name);
+    if (const std::string fault = PresetNames::fault(name); !fault.empty())
+        return subjectOf(saved.name) + "its name is " + fault;
+    std::string error = saved.wave ? "" : storeWaveOf(saved);
+    if (error.empty())
+        error = m_store.save(saved);
+    if (!error.empty())
+        return error;
+    setPickerTitle(saved.name);
+    setCanDelete(true);
+    unmodify();
+    m_currentPreset = std::move(saved);
+    return "";
+}
+
+/// Presets never refer to a sound that has no file.
+std::string Settings::storeWaveOf(Preset& preset) {
+    WaveChoice& waves = m_instrument.waves();
+    if (!waves.currentWave())
+        return "";
+    const std::string wave =
+        WaveChoice::findAvailableWaveName(PresetNames::fileNameFor(preset.name)) + ".wav";
+    const std::string error =
+        WaveChoice::storeWave(*waves.currentWave(), WaveChoice::dataFile(wave));
+    if (!error.empty())
+        return error;
+    waves.setCurrentWaveFilename(wave);
+    m_unsaved.forget();
+    preset.wave = wave;
+    return "";
+}
+
+std::string Settings::deleteCurrentPreset() {
+    const std::string error = m_store.remove(m_pickerTitle);
+    if (!error.empty())
+        return error;
+    pickSafePreset();
+    unmodify();
+    return "";
+}
+
+void Settings::restoreLastPreset() {
+    const auto title = m_defaults.string(kCurrentPreset);
+    const auto edited = m_defaults.dictionary(kCurrentSettings);
+    const Preset* last = title ? m_store.find(*title) : nullptr;
+    m_currentPreset = last ? std::optional(*last) : std::nullopt;
+    if (last)
+        setPickerTitle(last->name);
+    if (edited)
+        return restoreEdited(*edited);
+    if (last)
+        updateSettingsFromPreset(*m_currentPreset);
+    else
+        pickSafePreset();
+    unmodify();
+}
+
+void Settings::restoreEdited(const PropertyListValue::Dictionary& edited) {
+    std::vector<std::string> repairs;
+    const Preset preset = repairedPreset(edited, m_pickerTitle, repairs);
+    std::ranges::for_each(repairs, [this](const std::string& repair) { tell(repair); });
+    if (!m_currentPreset)
+        setPickerTitle(preset.name);
+    updateSettingsFromPreset(preset);
+    if (!preset.wave)
+        restoreUnsavedWave();
+    modify();
+}
+
+/// The file stays until the sound has a name, so that a crash does not cost it.
+void Settings::restoreUnsavedWave() {
+    const std::string file = newest(m_unsaved.leftOver());
+    if (file.empty())
+        return;
+    std::string error;
+    if (!m_unsaved.adopt(file, error))
+        return tell(error);
+    WaveChoice& waves = m_instrument.waves();
+    tell(waves.setWaveTo(m_unsaved.path()));
+    waves.setCurrentWaveFilename(std::nullopt);
+}
+
+void Settings::keepForNextRun() {
+    m_defaults.set(kCurrentPreset, m_pickerTitle);
+    if (!m_modified)
+        return m_defaults.remove(kCurrentSettings);
+    const WaveChoice& waves = m_instrument.waves();
+    if (!waves.currentWaveFilename() && waves.currentWave())
+        tell(m_unsaved.store(*waves.currentWave()));
+    m_defaults.set(kCurrentSettings, makePresetFromSettings().toPropertyList());
+}
+
+void Settings::resetAfterCrash() {
+    const Preset* preset = m_store.find(kDefaultSoundKey);
+    if (!preset)
+        return pickSafePreset();
+    pick(*preset);
+}
+
+bool Settings::automaticGain(const UserDefaults& defaults) {
+    return defaults.boolean(kAutomaticGain).value_or(true);
+}
+
+void Settings::internalSettingsChanged() {
+    m_instrument.setAutomaticGain(automaticGain(m_defaults));
+}
