@@ -242,7 +242,8 @@ TEST_F(PresetStoreTest, leavesAloneWhatItCannotOpen) {
 TEST_F(PresetStoreTest, tellsManyRepairsByTheirNumber) {
     std::string entries;
     for (int i = 0; i < 1000; ++i)
-        entries += named(std::string("P").append(std::to_string(i)), value("preamp", "<integer>9</integer>"));
+        entries += named(std::string("P").append(std::to_string(i)),
+                         value("preamp", "<integer>9</integer>"));
     putStore(entries);
     EXPECT_EQ(open().presets().size(), 1000u);
     EXPECT_EQ(m_told.size(), 6u);
