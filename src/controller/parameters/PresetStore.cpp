@@ -7,6 +7,7 @@
 #include "parameters/PresetNames.h"
 #include "parameters/PresetRepair.h"
 #include "propertylists/PropertyList.h"
+#include "storage/AsideNames.h"
 #include "storage/FileLock.h"
 #include "storage/KeptFile.h"
 #include "storage/WholeFile.h"
@@ -179,6 +180,7 @@ std::string PresetStore::change(const Change& change) {
         return m_path + ": another program has not let go of it; close it, then try again";
     if (!lock.held())
         return lockFileBeside(m_path) + ": cannot write: " + lock.reason();
+    AsideNames::sweep(fs::path(m_path).parent_path().string());
     return changeUnderLock(change);
 }
 
