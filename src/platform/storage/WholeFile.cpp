@@ -41,6 +41,17 @@ std::string reason() {
     return std::strerror(errno);
 }
 
+/// Why a file cannot be opened. A link to nothing is not nothing: what it led to may come back.
+ReadFault faultOfOpening(const std::string& path, std::string& why) {
+    const bool isMissing = errno == ENOENT;
+    why = reason();
+    std::error_code unknown;
+    if (!isMissing || !std::filesystem::is_symlink(path, unknown))
+        return isMissing ? ReadFault::missing : ReadFault::unavailable;
+    why = "is a link to a file that is not there";
+    return ReadFault::unavailable;
+}
+
 std::string tooLarge(std::size_t limit) {
     return "larger than " + std::to_string(limit >> 20) + " MiB";
 }
@@ -96,8 +107,11 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
     // Opening a pipe for reading would wait for its writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
-    if (!file || ::fstat(file.fd(), &status) != 0)
-        return refuse(errno == ENOENT ? ReadFault::missing : ReadFault::unavailable, reason());
+    if (!file || ::fstat(file.fd(), &status) != 0) {
+        std::string why;
+        const ReadFault kind = faultOfOpening(path, why);
+        return refuse(kind, why);
+    }
     if (S_ISDIR(status.st_mode))
         return refuse(ReadFault::unavailable, "is a folder, not a file");
     if (!S_ISREG(status.st_mode))
