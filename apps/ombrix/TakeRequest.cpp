@@ -11,12 +11,11 @@ namespace {
 
 constexpr std::string_view kExtension = ".wav";
 
-/// Names of sounds are file names: what would lead elsewhere is refused.
 std::string faultOf(const std::string& name) {
-    if (name.find('/') != std::string::npos || name == kExtension)
+    if (name == kExtension)
         return "not a plain file name";
-    const std::string fault = PresetNames::waveFault(name);
-    return fault.empty() ? PresetNames::waveFault(name + std::string(kExtension)) : fault;
+    const std::string fault = PresetNames::fileFault(name);
+    return fault.empty() ? PresetNames::fileFault(name + std::string(kExtension)) : fault;
 }
 
 }  // namespace

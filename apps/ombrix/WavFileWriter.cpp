@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <stdio.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +9,7 @@
 #include <filesystem>
 
 #include "audiofiles/WavHeader.h"
+#include "storage/AsideNames.h"
 #include "storage/WriteAll.h"
 
 namespace fs = std::filesystem;
@@ -18,12 +18,6 @@ namespace {
 
 const StreamDescription kFormat = StreamDescription::sint16(1);
 constexpr std::size_t kPendingFrames = 32768;
-
-mode_t newFileMode() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
-}
 
 }  // namespace
 
@@ -61,12 +55,12 @@ std::string WavFileWriter::open(const std::string& path, bool replace) {
     const fs::path target = fs::canonical(path, missing);  // the file itself, not a link to it
     m_path = missing ? path : target.string();
     m_replace = replace;
-    m_folder = (fs::absolute(m_path, missing)).parent_path().string();
-    std::string pattern = m_folder + "/.ombrix-XXXXXX";
-    m_file = mkostemp(pattern.data(), O_CLOEXEC);
+    AsideNames::sweep(fs::absolute(m_path, missing).parent_path().string());
+    std::string aside;
+    m_file = AsideNames::create(m_path, aside);
     if (m_file < 0)
         return failure("write");
-    m_temporary = pattern;
+    m_temporary = aside;
     m_offset = WavHeader(kFormat, 0).bytes().size();
     m_pending.reserve(kPendingFrames);
     return "";
@@ -101,8 +95,7 @@ std::string WavFileWriter::finish() {
 std::string WavFileWriter::putHeader() {
     const WavHeader header(kFormat, m_frames);
     const auto bytes = header.bytes();
-    if (writeAll(m_file, bytes.data(), bytes.size(), 0) != bytes.size() ||
-        fchmod(m_file, newFileMode()) != 0 || fsync(m_file) != 0)
+    if (writeAll(m_file, bytes.data(), bytes.size(), 0) != bytes.size() || fsync(m_file) != 0)
         return failure("write");
     return "";
 }

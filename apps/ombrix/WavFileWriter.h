@@ -37,7 +37,6 @@ class WavFileWriter {
 
     std::string m_path;       // final
     std::string m_temporary;  // beside it; empty when there is nothing to remove
-    std::string m_folder;
     bool m_replace = false;
     int m_file = -1;
     std::uint64_t m_frames = 0;

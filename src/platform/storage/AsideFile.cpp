@@ -1,14 +1,13 @@
 #include "storage/AsideFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "storage/AsideNames.h"
 #include "storage/FileNames.h"
 #include "storage/WriteAll.h"
 
@@ -22,20 +21,10 @@ std::string behindLinks(const std::string& path) {
     return missing ? path : real.string();
 }
 
-std::string asideName(const fs::path& target) {
-    static std::atomic<unsigned> count{0};
-    const std::string own =
-        '.' + std::to_string(getpid()) + '.' + std::to_string(count++) + ".part";
-    // The longest name that file systems take has 255 bytes.
-    const std::string name = target.filename().string().substr(0, 254 - own.size());
-    return (target.parent_path() / ('.' + name + own)).string();
-}
-
 }  // namespace
 
-AsideFile::AsideFile(const std::string& target)
-    : m_target(behindLinks(target)), m_path(asideName(m_target)) {
-    m_file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+AsideFile::AsideFile(const std::string& target) : m_target(behindLinks(target)) {
+    m_file = AsideNames::create(m_target, m_path);
     if (m_file < 0) {
         fail();
         m_path.clear();

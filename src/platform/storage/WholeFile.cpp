@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "storage/AsideNames.h"
 #include "storage/WriteAll.h"
 
 namespace {
@@ -41,6 +41,17 @@ std::string reason() {
     return std::strerror(errno);
 }
 
+/// Why a file cannot be opened. A link to nothing is not nothing: what it led to may come back.
+ReadFault faultOfOpening(const std::string& path, std::string& why) {
+    const bool isMissing = errno == ENOENT;
+    why = reason();
+    std::error_code unknown;
+    if (!isMissing || !std::filesystem::is_symlink(path, unknown))
+        return isMissing ? ReadFault::missing : ReadFault::unavailable;
+    why = "is a link to a file that is not there";
+    return ReadFault::unavailable;
+}
+
 std::string tooLarge(std::size_t limit) {
     return "larger than " + std::to_string(limit >> 20) + " MiB";
 }
@@ -62,13 +73,6 @@ ReadFault readAll(int fd, std::size_t limit, std::vector<std::uint8_t>& bytes) {
     }
 }
 
-std::string asideName(const std::filesystem::path& target) {
-    static std::atomic<unsigned> count{0};
-    const std::string name = '.' + target.filename().string() + '.' + std::to_string(getpid()) +
-                             '.' + std::to_string(count++) + ".part";
-    return (target.parent_path() / name).string();
-}
-
 /// The file behind a link, so that a linked file is replaced and not the link.
 std::filesystem::path behindLinks(const std::string& path) {
     std::error_code missing;
@@ -76,8 +80,10 @@ std::filesystem::path behindLinks(const std::string& path) {
     return missing ? std::filesystem::path(path) : real;
 }
 
-bool writeAside(const std::string& aside, std::span<const std::uint8_t> bytes) {
-    Descriptor file(::open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+/// Into a new file, whose name `aside` becomes.
+bool writeAside(const std::string& target, std::span<const std::uint8_t> bytes,
+                std::string& aside) {
+    Descriptor file(AsideNames::create(target, aside));
     return file && writeAll(file.fd(), bytes.data(), bytes.size(), 0) == bytes.size() &&
            ::fsync(file.fd()) == 0 && file.close();
 }
@@ -101,8 +107,11 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
     // Opening a pipe for reading would wait for its writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
-    if (!file || ::fstat(file.fd(), &status) != 0)
-        return refuse(errno == ENOENT ? ReadFault::missing : ReadFault::unavailable, reason());
+    if (!file || ::fstat(file.fd(), &status) != 0) {
+        std::string why;
+        const ReadFault kind = faultOfOpening(path, why);
+        return refuse(kind, why);
+    }
     if (S_ISDIR(status.st_mode))
         return refuse(ReadFault::unavailable, "is a folder, not a file");
     if (!S_ISREG(status.st_mode))
@@ -119,8 +128,8 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
 bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,
                     std::string& error) {
     const std::filesystem::path target = behindLinks(path);
-    const std::string aside = asideName(target);
-    if (!writeAside(aside, bytes)) {
+    std::string aside;
+    if (!writeAside(target.string(), bytes, aside)) {
         error = path + ": cannot write: " + reason();
         ::unlink(aside.c_str());
         return false;
