@@ -25,7 +25,8 @@ Arguments::Arguments(std::span<char*> words, std::span<const OptionRow> rows, st
     int index = 0;
     for (int read; (read = getopt_long(count, words.data(), ":", table.data(), &index)) != -1;) {
         if (read != 0) {
-            const std::string word = words[static_cast<std::size_t>(optind) - 1];
+            const std::string word = optopt != 0 ? std::string{'-', static_cast<char>(optopt)}
+                                                 : words[static_cast<std::size_t>(optind) - 1];
             error = word + (read == ':' ? " needs a value" : " is no option, or cannot stand so");
             return;
         }

@@ -13,6 +13,8 @@ void Signals::listen() {
     action.sa_handler = [](int) { stopping = 1; };
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    if (std::signal(SIGHUP, SIG_IGN) != SIG_IGN)  // not for one who outlives the terminal
+        sigaction(SIGHUP, &action, nullptr);
     action.sa_handler = [](int) { silencing = 1; };
     sigaction(SIGUSR1, &action, nullptr);
 }

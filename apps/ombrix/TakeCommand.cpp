@@ -121,6 +121,8 @@ int record(const CommandFrame& frame, const TakeRequest& request, UnsavedTake& u
     std::printf("%.2f s recorded, peak %.4f before normalising: %s\n",
                 secondsOf(show.take()->sampleCount()), static_cast<double>(take.lastPeak()),
                 request.path.c_str());
+    if (take.lastPeak() == 0)
+        tellUser("nothing but silence was heard; see whether the microphone is connected and on");
     return kExitDone;
 }
 

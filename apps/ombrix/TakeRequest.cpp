@@ -11,9 +11,12 @@ namespace {
 
 constexpr std::string_view kExtension = ".wav";
 
+/// Names of sounds are file names: what would lead elsewhere, or be seen nowhere, is refused.
 std::string faultOf(const std::string& name) {
-    if (name == kExtension)
-        return "not a plain file name";
+    if (name.starts_with('.'))
+        return "hidden: it begins with a dot";
+    if (name.find_first_not_of(' ') == std::string::npos)
+        return "empty";
     const std::string fault = PresetNames::fileFault(name);
     return fault.empty() ? PresetNames::fileFault(name + std::string(kExtension)) : fault;
 }
@@ -62,10 +65,10 @@ std::string TakeRequest::readSeconds(const Arguments& arguments) {
 
 std::string TakeRequest::refusalOfPath() const {
     std::error_code ignored;
-    const auto status = std::filesystem::status(path, ignored);
-    if (std::filesystem::is_directory(status))
+    if (std::filesystem::is_directory(path, ignored))
         return path + " is a folder; choose another name";
-    if (std::filesystem::exists(status) && existing == FileNames::Existing::keep)
+    const bool taken = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+    if (taken && existing == FileNames::Existing::keep)
         return path + " exists already; --force replaces it";
     return "";
 }

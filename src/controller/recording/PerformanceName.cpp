@@ -1,9 +1,9 @@
 #include "recording/PerformanceName.h"
 
-#include <cerrno>
 #include <cstring>
 
-#include "storage/FileNames.h"
+#include "audiofiles/AudioFile.h"
+#include "audiofiles/WavOutput.h"
 #include "text/DateText.h"
 #include "wavechoice/WaveChoice.h"
 
@@ -43,10 +43,11 @@ std::string PerformanceName::reserve(double moment, std::string& error) {
     const std::string name = of(DateText::mediumDateShortTime(moment));
     for (int number = 1;; ++number) {
         std::string path = WaveChoice::dataFile(numbered(name, number));
-        if (FileNames::reserve(path))
+        OSStatus status = noErr;
+        if (WavOutput::create(path, StreamDescription::sint16(1), false, &status))
             return path;
-        if (errno != EEXIST) {
-            error = "cannot write " + path + ": " + std::strerror(errno);
+        if (status != kAudioFileExistsError) {
+            error = path + " " + audioFileWriteProblem(status);
             return "";
         }
     }

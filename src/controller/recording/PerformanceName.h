@@ -9,9 +9,9 @@ namespace PerformanceName {
 /// around the date goes.
 std::string of(std::string date);
 
-/// Full path of a new empty file in the data folder, named after the moment (seconds since
-/// 2001-01-01 UTC); where there is one already " 2" and so on stands before the extension. Nobody
-/// else gets the same. On failure empty, with one line in `error`.
+/// Full path of a new sound file of no frames in the data folder, named after the moment (seconds
+/// since 2001-01-01 UTC); where there is one already " 2" and so on stands before the extension.
+/// Nobody else gets the same. On failure empty, with one line in `error`.
 std::string reserve(double moment, std::string& error);
 
 }  // namespace PerformanceName

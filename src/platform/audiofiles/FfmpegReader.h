@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "audiofiles/FfmpegDecoder.h"
-#include "audiofiles/FileHandle.h"
 #include "audiofiles/SoundReader.h"
+#include "storage/FileHandle.h"
 
 /// Files that the FFmpeg libraries decode: AAC and ALAC in M4A, CAF or bare frames, and their kin;
 /// linear PCM in containers too broken for others, a CAF file cut short for one.

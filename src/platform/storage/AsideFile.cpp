@@ -50,11 +50,15 @@ bool AsideFile::close() {
 }
 
 bool AsideFile::write(std::span<const std::uint8_t> bytes) {
+    const std::uint64_t end = m_written;
+    m_written += bytes.size();
+    return overwrite(end, bytes);
+}
+
+bool AsideFile::overwrite(std::uint64_t at, std::span<const std::uint8_t> bytes) {
     if (!m_error.empty())
         return false;
-    const std::size_t count = writeAll(m_file, bytes.data(), bytes.size(), m_written);
-    m_written += count;
-    return count == bytes.size() || fail();
+    return writeAll(m_file, bytes.data(), bytes.size(), at) == bytes.size() || fail();
 }
 
 bool AsideFile::sync() {

@@ -19,7 +19,10 @@ class AsideFile {
     AsideFile(const AsideFile&) = delete;
     AsideFile& operator=(const AsideFile&) = delete;
 
+    /// Behind what was written before.
     bool write(std::span<const std::uint8_t> bytes);
+    /// Over what was written before, from byte `at` on.
+    bool overwrite(std::uint64_t at, std::span<const std::uint8_t> bytes);
     /// Writes are on disk and the file is closed, under `path`. Putting it somewhere does this too.
     bool sync();
     /// Replaces what is at the target, in one step, and keeps its permissions.

@@ -27,8 +27,3 @@ std::string FileNames::rename(const std::string& from, const std::string& to, Ex
     syncFolderOf(to);
     return "";
 }
-
-bool FileNames::reserve(const std::string& path) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    return file >= 0 && ::close(file) == 0;
-}

@@ -14,8 +14,4 @@ bool renameWithoutReplacing(const char* from, const char* to);
 /// line when it failed, else nothing.
 [[nodiscard]] std::string rename(const std::string& from, const std::string& to, Existing existing);
 
-/// Creates an empty file at `path` if nothing is there: a name that nobody else gets any more.
-/// False with errno set.
-bool reserve(const std::string& path);
-
 }  // namespace FileNames

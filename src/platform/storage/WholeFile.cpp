@@ -9,33 +9,10 @@
 #include <cstring>
 #include <filesystem>
 
-#include "storage/AsideNames.h"
-#include "storage/WriteAll.h"
+#include "storage/AsideFile.h"
+#include "storage/FileHandle.h"
 
 namespace {
-
-/// Closes its descriptor.
-class Descriptor {
-  public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int fd() const { return m_fd; }
-    explicit operator bool() const { return m_fd >= 0; }
-    bool close() {
-        const int fd = m_fd;
-        m_fd = -1;
-        return ::close(fd) == 0;
-    }
-
-  private:
-    int m_fd;
-};
 
 std::string reason() {
     return std::strerror(errno);
@@ -73,27 +50,6 @@ ReadFault readAll(int fd, std::size_t limit, std::vector<std::uint8_t>& bytes) {
     }
 }
 
-/// The file behind a link, so that a linked file is replaced and not the link.
-std::filesystem::path behindLinks(const std::string& path) {
-    std::error_code missing;
-    const std::filesystem::path real = std::filesystem::canonical(path, missing);
-    return missing ? std::filesystem::path(path) : real;
-}
-
-/// Into a new file, whose name `aside` becomes.
-bool writeAside(const std::string& target, std::span<const std::uint8_t> bytes,
-                std::string& aside) {
-    Descriptor file(AsideNames::create(target, aside));
-    return file && writeAll(file.fd(), bytes.data(), bytes.size(), 0) == bytes.size() &&
-           ::fsync(file.fd()) == 0 && file.close();
-}
-
-void keepPermissions(const std::filesystem::path& from, const std::string& to) {
-    struct stat old {};
-    if (::stat(from.c_str(), &old) == 0)
-        ::chmod(to.c_str(), old.st_mode & 07777);
-}
-
 }  // namespace
 
 std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, std::size_t limit,
@@ -105,9 +61,9 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
         return std::nullopt;
     };
     // Opening a pipe for reading would wait for its writer.
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    const FileHandle file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
-    if (!file || ::fstat(file.fd(), &status) != 0) {
+    if (!file || ::fstat(file.get(), &status) != 0) {
         std::string why;
         const ReadFault kind = faultOfOpening(path, why);
         return refuse(kind, why);
@@ -119,7 +75,7 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
     if (static_cast<std::uint64_t>(status.st_size) > limit)
         return refuse(ReadFault::tooLarge, tooLarge(limit));
     std::vector<std::uint8_t> bytes;
-    const ReadFault failed = readAll(file.fd(), limit, bytes);
+    const ReadFault failed = readAll(file.get(), limit, bytes);
     if (failed != ReadFault::none)
         return refuse(failed, failed == ReadFault::tooLarge ? tooLarge(limit) : reason());
     return bytes;
@@ -127,19 +83,9 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
 
 bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,
                     std::string& error) {
-    const std::filesystem::path target = behindLinks(path);
-    std::string aside;
-    if (!writeAside(target.string(), bytes, aside)) {
-        error = path + ": cannot write: " + reason();
-        ::unlink(aside.c_str());
-        return false;
-    }
-    keepPermissions(target, aside);
-    if (::rename(aside.c_str(), target.c_str()) != 0) {
-        error = path + ": cannot write: " + reason();
-        ::unlink(aside.c_str());
-        return false;
-    }
-    syncFolderOf(target.string());
-    return true;
+    AsideFile aside(path);
+    const bool done = aside.write(bytes) && aside.replaceTarget();
+    if (!done)
+        error = aside.error();
+    return done;
 }

@@ -33,5 +33,6 @@ std::string DateText::mediumDateShortTime(double moment) {
     const auto milliseconds = static_cast<qint64>(std::floor((moment + kReferenceDate) * 1000));
     const QDateTime when = QDateTime::fromMSecsSinceEpoch(milliseconds);
     const QString time = locale.timeFormat(QLocale::ShortFormat);
-    return locale.toString(when, mediumDate(locale) + QStringLiteral(", ") + time).toStdString();
+    const QString text = locale.toString(when, mediumDate(locale) + QStringLiteral(", ") + time);
+    return text.simplified().toStdString();
 }

@@ -30,6 +30,7 @@ class DeviceSupervisor final : public AudioDevice {
         std::chrono::milliseconds probe{1000};     // how often devices are looked for
         int silentTicks = 20;                      // without a call before a device counts as dead
         std::chrono::milliseconds patience{2000};  // for starts and stops that may hang
+        std::chrono::milliseconds shortPatience{250};  // for a stop after the device has gone
     };
 
     explicit DeviceSupervisor(Choice choice);

@@ -14,14 +14,15 @@ void DeviceWatch::begin(const std::shared_ptr<DeviceWatch>& watch) {
 }
 
 // The thread may hang in the library of a server that is stopped. All gates are closed by then, so
-// it is left to end by itself.
+// it is left to end by itself; soon, when the clock plays already and there is nothing to stop.
 void DeviceWatch::end() {
     Lock held(m_mutex);
     m_stopping = true;
     if (m_player.gate)
         m_player.gate->close();
     m_changed.notify_all();
-    const bool done = m_changed.wait_for(held, m_pace.patience, [&] { return m_finished; });
+    const auto patience = m_index ? m_pace.patience : m_pace.shortPatience;
+    const bool done = m_changed.wait_for(held, patience, [&] { return m_finished; });
     held.unlock();
     if (done)
         m_thread.join();

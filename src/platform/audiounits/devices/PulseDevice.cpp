@@ -9,8 +9,8 @@
 namespace {
 
 constexpr std::uint32_t kUsualPeriod = 512;
-constexpr std::uint8_t kOutputChannels = 2;
-constexpr std::size_t kOutputFrameBytes = kOutputChannels * sizeof(float);
+constexpr std::uint8_t kChannels = 2;
+constexpr std::size_t kFrameBytes = kChannels * sizeof(float);
 constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
 constexpr auto kStreamFlags = static_cast<pa_stream_flags_t>(
     PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING);
@@ -119,8 +119,8 @@ bool PulseDevice::openStreams(bool capture) {
     return true;
 }
 
-pa_stream* PulseDevice::newStream(const char* name, std::uint32_t rate, std::uint8_t channels) {
-    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, rate, channels};
+pa_stream* PulseDevice::newStream(const char* name, std::uint32_t rate) {
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, rate, kChannels};
     pa_stream* const stream =
         m_connection->library().pa_stream_new(m_connection->context(), name, &format, nullptr);
     if (stream)
@@ -135,7 +135,7 @@ pa_stream* PulseDevice::newStream(const char* name, std::uint32_t rate, std::uin
 
 bool PulseDevice::connectOutput() {
     const PulseLibrary& pulse = m_connection->library();
-    m_output = newStream("Synthesiser", m_speaker.rate, kOutputChannels);
+    m_output = newStream("Synthesiser", m_speaker.rate);
     if (!m_output)
         return false;
     pulse.pa_stream_set_write_callback(
@@ -149,7 +149,7 @@ bool PulseDevice::connectOutput() {
     pulse.pa_stream_set_latency_update_callback(
         m_output, [](pa_stream*, void* self) { static_cast<PulseDevice*>(self)->readLatency(); },
         this);
-    const auto period = static_cast<std::uint32_t>(m_periodFrames * kOutputFrameBytes);
+    const auto period = static_cast<std::uint32_t>(m_periodFrames * kFrameBytes);
     const pa_buffer_attr buffering{kServersChoice, 2 * period, kServersChoice, period,
                                    kServersChoice};
     return pulse.pa_stream_connect_playback(m_output, m_sink.empty() ? nullptr : m_sink.c_str(),
@@ -158,13 +158,13 @@ bool PulseDevice::connectOutput() {
 
 bool PulseDevice::connectInput() {
     const PulseLibrary& pulse = m_connection->library();
-    m_input = newStream("Microphone", m_microphone.rate, 1);
+    m_input = newStream("Microphone", m_microphone.rate);
     if (!m_input)
         return false;
     pulse.pa_stream_set_read_callback(
         m_input,
         [](pa_stream*, std::size_t, void* self) { static_cast<PulseDevice*>(self)->read(); }, this);
-    const auto period = static_cast<std::uint32_t>(m_periodFrames * sizeof(float));
+    const auto period = static_cast<std::uint32_t>(m_periodFrames * kFrameBytes);
     const pa_buffer_attr buffering{kServersChoice, kServersChoice, kServersChoice, kServersChoice,
                                    period};
     return pulse.pa_stream_connect_record(m_input, nullptr, &buffering, kStreamFlags) == 0;
@@ -199,13 +199,13 @@ void PulseDevice::missed() {
 
 void PulseDevice::write(std::size_t bytes) {
     const PulseLibrary& pulse = m_connection->library();
-    while (bytes >= kOutputFrameBytes) {
+    while (bytes >= kFrameBytes) {
         void* data = nullptr;
         std::size_t room = bytes;
-        if (pulse.pa_stream_begin_write(m_output, &data, &room) < 0 || room < kOutputFrameBytes)
+        if (pulse.pa_stream_begin_write(m_output, &data, &room) < 0 || room < kFrameBytes)
             return;
         const std::size_t frames =
-            std::min({room, bytes, m_mono.size() * kOutputFrameBytes}) / kOutputFrameBytes;
+            std::min({room, bytes, m_mono.size() * kFrameBytes}) / kFrameBytes;
         const std::span mono(m_mono.data(), frames);
         m_bridge->produce(mono);
         auto* out = static_cast<float*>(data);
@@ -213,29 +213,31 @@ void PulseDevice::write(std::size_t bytes) {
             *out++ = sample;
             *out++ = sample;
         }
-        const std::size_t written = frames * kOutputFrameBytes;
+        const std::size_t written = frames * kFrameBytes;
         if (pulse.pa_stream_write(m_output, data, written, nullptr, 0, PA_SEEK_RELATIVE) < 0)
             return;
         bytes -= written;
     }
 }
 
-// A hole in the recording is heard as silence, so that later frames keep their time.
+// The left channel is ours: asked for one channel, the server would mix both. A hole in the
+// recording is heard as silence, so that later frames keep their time.
 void PulseDevice::read() {
     const PulseLibrary& pulse = m_connection->library();
     const void* data = nullptr;
     std::size_t bytes = 0;
     while (pulse.pa_stream_readable_size(m_input) > 0 &&
            pulse.pa_stream_peek(m_input, &data, &bytes) == 0 && bytes > 0) {
-        std::span heard(static_cast<const float*>(data), bytes / sizeof(float));
-        for (std::size_t left = data ? 0 : heard.size(); left > 0;) {
-            const std::size_t part = std::min(left, m_mono.size());
-            std::fill_n(m_mono.begin(), part, 0.f);
-            m_bridge->consume({m_mono.data(), part});
-            left -= part;
+        const auto* left = static_cast<const float*>(data);
+        for (std::size_t frames = bytes / kFrameBytes; frames > 0;) {
+            const std::span part(m_mono.data(), std::min(frames, m_mono.size()));
+            for (float& sample : part) {
+                sample = left ? *left : 0.f;
+                left += left ? kChannels : 0;
+            }
+            m_bridge->consume(part);
+            frames -= part.size();
         }
-        if (data)
-            m_bridge->consume(heard);
         pulse.pa_stream_drop(m_input);
     }
 }

@@ -10,8 +10,8 @@
 #include "audiounits/devices/PulseConnection.h"
 
 /// A stream to a PulseAudio sink, at the sink's own rate, on both channels of a stereo pair that
-/// the server spreads over what the sink has; one from the default source while capturing. Both are
-/// served on the connection's thread.
+/// the server spreads over what the sink has; while capturing one from the default source, of which
+/// the left channel is heard. Both are served on the connection's thread.
 class PulseDevice final : public AudioDevice {
   public:
     /// `sink` "" is the default one, which the stream then follows. A period of 16 to
@@ -30,7 +30,7 @@ class PulseDevice final : public AudioDevice {
   private:
     bool open(AudioDeviceClient& client, bool capture);
     bool openStreams(bool capture);
-    pa_stream* newStream(const char* name, std::uint32_t rate, std::uint8_t channels);
+    pa_stream* newStream(const char* name, std::uint32_t rate);
     bool connectOutput();
     bool connectInput();
     void closeStream(pa_stream*& stream);
