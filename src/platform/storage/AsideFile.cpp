@@ -76,7 +76,12 @@ bool AsideFile::replaceTarget() {
     if (!sync())
         return false;
     struct stat old {};
-    if (::stat(m_target.c_str(), &old) == 0)
+    const bool isThere = ::stat(m_target.c_str(), &old) == 0;
+    if (isThere && !S_ISREG(old.st_mode)) {
+        m_error = m_target + ": cannot write: not a regular file";
+        return false;
+    }
+    if (isThere)
         ::chmod(m_path.c_str(), old.st_mode & 07777);
     if (::rename(m_path.c_str(), m_target.c_str()) != 0)
         return fail();

@@ -25,7 +25,8 @@ class AsideFile {
     bool overwrite(std::uint64_t at, std::span<const std::uint8_t> bytes);
     /// Writes are on disk and the file is closed, under `path`. Putting it somewhere does this too.
     bool sync();
-    /// Replaces what is at the target, in one step, and keeps its permissions.
+    /// Replaces the file at the target, in one step, and keeps its permissions. Fails for what is
+    /// no regular file, such as a device.
     bool replaceTarget();
     /// Takes the name `path`, on the same file system, unless there is anything of that name, be it
     /// since just now.
