@@ -83,8 +83,13 @@ bool AsideFile::replaceTarget() {
     if (!sync())
         return false;
     struct stat old {};
-    if (::stat(m_target.c_str(), &old) == 0)
+    if (::stat(m_target.c_str(), &old) == 0) {
+        if (!S_ISREG(old.st_mode) && !S_ISDIR(old.st_mode)) {
+            m_error = m_target + ": is a pipe or a device; choose another name";
+            return false;
+        }
         ::chmod(m_path.c_str(), old.st_mode & 07777);
+    }
     if (::rename(m_path.c_str(), m_target.c_str()) != 0)
         return fail();
     settled();

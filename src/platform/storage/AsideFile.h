@@ -22,7 +22,8 @@ class AsideFile {
     bool write(std::span<const std::uint8_t> bytes);
     /// Writes are on disk and the file is closed, under `path`. Putting it somewhere does this too.
     bool sync();
-    /// Replaces what is at the target, in one step, and keeps its permissions.
+    /// Replaces the file at the target, in one step, and keeps its permissions. A pipe or a device
+    /// is no file and stays.
     bool replaceTarget();
     /// Takes the name `path`, on the same file system, unless there is anything of that name, be it
     /// since just now.

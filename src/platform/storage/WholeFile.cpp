@@ -119,6 +119,12 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
 bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,
                     std::string& error) {
     const std::filesystem::path target = behindLinks(path);
+    std::error_code missing;
+    const auto there = std::filesystem::status(target, missing);
+    if (std::filesystem::is_other(there)) {
+        error = path + ": is a pipe or a device; choose another name";
+        return false;
+    }
     const std::string aside = asideName(target);
     if (!writeAside(aside, bytes)) {
         error = path + ": cannot write: " + reason();
