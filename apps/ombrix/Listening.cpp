@@ -45,7 +45,9 @@ std::string Listening::status() const {
         const double place = m_visited > 0 ? m_wish.places[m_visited - 1] : 0;
         std::snprintf(text, sizeof text, "%8.2f s of %.2f s", place, length);
     } else {
-        const double level = 20 * std::log10(double{m_audition.peak()});
+        // The player keeps its last peaks.
+        const double peak = ended() ? 0 : double{m_audition.peak()};
+        const double level = 20 * std::log10(peak);
         std::snprintf(text, sizeof text, "%8.2f s of %.2f s %8.1f dB",
                       m_audition.position() / kGraphRate, length, std::fmax(level, kLeastDecibels));
     }

@@ -26,7 +26,7 @@ std::optional<Preset> presetNamed(const std::string& name) {
 
 PresetArgument PresetArgument::find(const std::string& choice, std::string& error) {
     std::error_code ignored;
-    if (std::filesystem::exists(choice, ignored))
+    if (std::filesystem::exists(choice, ignored) && !std::filesystem::is_directory(choice, ignored))
         return {readPresetFile(choice, error)};
     PresetArgument chosen{presetNamed(choice), true};
     if (!chosen.preset)

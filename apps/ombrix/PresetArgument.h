@@ -5,8 +5,8 @@
 
 #include "parameters/Preset.h"
 
-/// A preset that a user has named: an existing file first, else one from the user's store, else a
-/// shipped one. Nothing is written.
+/// A preset that a user has named: an existing file (no folder) first, else one from the user's
+/// store, else a shipped one. Nothing is written.
 struct PresetArgument {
     std::optional<Preset> preset;
     bool isStored = false;  // from a store, whose sounds have names and not paths

@@ -5,9 +5,12 @@
 #include <QJsonObject>
 #include <algorithm>
 #include <cstdio>
+#include <initializer_list>
+#include <vector>
 
 #include "parameters/GrainModes.h"
 #include "text/CNumber.h"
+#include "text/UnicodeText.h"
 
 namespace {
 
@@ -21,6 +24,18 @@ void print(const QJsonObject& object) {
 
 /// Dates and blocks of bytes, which only a newer version could have put there, by their type.
 QJsonValue asJson(const PropertyListValue& value) {
+    if (const auto* dictionary = value.dictionary()) {
+        QJsonObject object;
+        for (const auto& [key, entry] : *dictionary)
+            object.insert(text(key), asJson(entry));
+        return object;
+    }
+    if (const auto* array = value.array()) {
+        QJsonArray list;
+        for (const PropertyListValue& entry : *array)
+            list.append(asJson(entry));
+        return list;
+    }
     if (const auto* string = value.string())
         return text(*string);
     if (const auto* flag = value.boolean())
@@ -32,22 +47,19 @@ QJsonValue asJson(const PropertyListValue& value) {
     return text(std::string(value.typeName()));
 }
 
-QJsonObject asJson(const Preset& preset) {
-    const PropertyListValue list = preset.toPropertyList();
-    QJsonObject object;
-    for (const auto& [key, value] : *list.dictionary())
-        object.insert(text(key), asJson(value));
-    return object;
-}
-
-/// In characters, not bytes.
-std::size_t lengthOf(const std::string& name) {
-    return std::size_t(
-        std::count_if(name.begin(), name.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
-std::string padded(const std::string& name, std::size_t width) {
-    return name + std::string(width - std::min(width, lengthOf(name)), ' ');
+/// Cells of text in columns of these widths, two apart; the last column is as wide as it is.
+void printRow(std::string start, const std::vector<std::string>& cells,
+              std::initializer_list<std::size_t> widths) {
+    const auto* width = widths.begin();
+    for (const std::string& cell : cells) {
+        start += cell;
+        if (width != widths.end()) {
+            start.append(2 + *width - std::min(*width, UnicodeText::columns(cell)), ' ');
+            ++width;
+        }
+    }
+    start.resize(start.find_last_not_of(' ') + 1);
+    std::printf("%s\n", start.c_str());
 }
 
 /// What a dial would show; a preset's own numbers are for units.
@@ -73,11 +85,11 @@ void PresetListing::printAll(const PresetStore& store, bool json) {
     QJsonArray list;
     std::size_t width = 0;
     for (const auto& [key, preset] : store.presets())
-        width = std::max(width, lengthOf(preset.name));
+        width = std::max(width, UnicodeText::columns(preset.name));
     for (const auto& [key, preset] : store.presets()) {
         if (!json) {
-            std::printf("%c %s  %s\n", preset.isProtected ? '*' : ' ',
-                        padded(preset.name, width).c_str(), preset.wave.value_or("").c_str());
+            printRow(preset.isProtected ? "* " : "  ", {preset.name, preset.wave.value_or("")},
+                     {width});
             continue;
         }
         QJsonObject row{{"name", text(preset.name)}, {"protected", preset.isProtected}};
@@ -91,10 +103,10 @@ void PresetListing::printAll(const PresetStore& store, bool json) {
 
 void PresetListing::printOne(const Preset& preset, bool json) {
     if (json)
-        return print(asJson(preset));
+        return print(asJson(preset.toPropertyList()).toObject());
     const auto line = [](const std::string& key, const std::string& value,
                          const std::string& more = "") {
-        std::printf("%-18s%-14s%s\n", key.c_str(), value.c_str(), more.c_str());
+        printRow("", {key, value, more}, {16, 12});
     };
     line("name", preset.name);
     line("wave", preset.wave.value_or("(the one in use)"));

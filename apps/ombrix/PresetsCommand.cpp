@@ -9,6 +9,7 @@
 #include "log/Log.h"
 #include "parameters/PresetBundle.h"
 #include "parameters/PresetImport.h"
+#include "parameters/PresetNames.h"
 #include "text/CNumber.h"
 #include "wavechoice/WaveChoice.h"
 
@@ -62,6 +63,8 @@ class PresetsRun {
     int rename() {
         if (!m_store.find(word(1)))
             return refuseUnknown();
+        if (const std::string fault = PresetNames::fault(word(2)); !fault.empty())
+            return m_frame.refuse("the new name is " + fault + "; give another one");
         return answer(m_store.rename(word(1), word(2)));
     }
 

@@ -13,14 +13,12 @@ constexpr std::string_view kExtension = ".wav";
 
 /// Names of sounds are file names: what would lead elsewhere, or be seen nowhere, is refused.
 std::string faultOf(const std::string& name) {
-    if (name.find('/') != std::string::npos)
-        return "not a plain file name";
     if (name.starts_with('.'))
         return "hidden: it begins with a dot";
     if (name.find_first_not_of(' ') == std::string::npos)
         return "empty";
-    const std::string fault = PresetNames::waveFault(name);
-    return fault.empty() ? PresetNames::waveFault(name + std::string(kExtension)) : fault;
+    const std::string fault = PresetNames::fileFault(name);
+    return fault.empty() ? PresetNames::fileFault(name + std::string(kExtension)) : fault;
 }
 
 }  // namespace

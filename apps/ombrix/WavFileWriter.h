@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "storage/AsideFile.h"
 
 /// Writes a 16-bit mono WAV file at 44100 Hz beside its final name and gives it that name only when
 /// it is whole: whatever happens before, no half file is left and nothing that was there is lost.
@@ -12,12 +15,6 @@ class WavFileWriter {
   public:
     /// Most frames that the format's 32-bit sizes leave room for.
     static std::uint64_t maximumFrames();
-
-    WavFileWriter() = default;
-    /// Removes an unfinished file.
-    ~WavFileWriter();
-    WavFileWriter(const WavFileWriter&) = delete;
-    WavFileWriter& operator=(const WavFileWriter&) = delete;
 
     /// Why `path` may not be written: it is taken and not to be replaced, or is no regular file.
     static std::string refusal(const std::string& path, bool replace);
@@ -31,16 +28,10 @@ class WavFileWriter {
 
   private:
     std::string flush();
-    std::string failure(const char* what) const;
-    std::string putHeader();
     std::string putName();
 
-    std::string m_path;       // final
-    std::string m_temporary;  // beside it; empty when there is nothing to remove
-    std::string m_folder;
+    std::optional<AsideFile> m_aside;  // goes with this object unless it got its name
     bool m_replace = false;
-    int m_file = -1;
     std::uint64_t m_frames = 0;
-    std::uint64_t m_offset = 0;  // bytes in the file so far
     std::vector<std::int16_t> m_pending;
 };

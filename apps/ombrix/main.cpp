@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -54,11 +57,32 @@ int run(std::span<char*> words) {
     return kExitBadUse;
 }
 
+/// Where stdout or stderr is closed, the next file to be opened would take its place and our
+/// messages.
+void fillStandardFiles() {
+    int file = -1;
+    do
+        file = ::open("/dev/null", O_RDWR);
+    while (file >= 0 && file <= STDERR_FILENO);
+    if (file >= 0)
+        ::close(file);
+}
+
+/// A list that a full disk has cut must not pass for a whole one.
+int afterOutput(int code) {
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
+        return code;
+    tellUser("not all of the output could be written; is its disk full?");
+    return code == kExitDone ? kExitFailed : code;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    fillStandardFiles();
     try {
-        return run(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
+        const std::span words(argv, static_cast<std::size_t>(argc));
+        return afterOutput(run(words.subspan(argc > 0 ? 1 : 0)));
     } catch (const std::exception& failure) {  // out of memory, in practice
         tellUser("stopped: %s", failure.what());
         return kExitFailed;

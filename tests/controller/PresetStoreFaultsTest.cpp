@@ -44,6 +44,12 @@ class PresetStoreFaults : public testing::Test {
 
     int saveThird() { return open().save(presetOf("Third", 0.5f)).empty() ? 0 : 1; }
 
+    /// A store, its backup and its lock, when nothing is left behind.
+    long files() const {
+        const std::filesystem::directory_iterator folder(m_folder.path());
+        return std::distance(begin(folder), end(folder));
+    }
+
     void expectWhole(int before) {
         const int now = count(m_path);
         EXPECT_TRUE(now == before || now == 3) << now;
@@ -52,6 +58,7 @@ class PresetStoreFaults : public testing::Test {
         // What was left behind must not stop the next save.
         EXPECT_EQ(saveThird(), 0);
         EXPECT_EQ(count(m_path), 3);
+        EXPECT_EQ(files(), 3);
         EXPECT_EQ(m_told, "");
     }
 

@@ -115,11 +115,14 @@ TEST_F(PresetStoreTest, startsFromTheShippedPresetsAndFindsNamesHoweverTheyAreWr
         EXPECT_THAT(store.save(presetOf(bad)), AllOf(Not(""), Not(HasSubstr("\n")))) << bad;
     EXPECT_NE(store.save(presetOf(std::string(1001, 'x'))), "");
     EXPECT_EQ(store.save(presetOf(std::string(1000, 'x'))), "");
-    for (const std::string bad : {"..", "a/b", "user/../b", "internal/a/b", "a\\b", "", "user/"})
+    for (const std::string bad :
+         {"..", "a..b.wav", "a/b", "user/../b", "internal/a/b", "a\\b", "", "user/"})
         EXPECT_NE(PresetNames::waveFault(bad), "") << bad;
     for (const std::string good : {"a b.wav", "user/x.wav", "internal/ü.wav", "generated/sine"})
         EXPECT_EQ(PresetNames::waveFault(good), "") << good;
     EXPECT_NE(PresetNames::waveFault(std::string(256, 'x')), "");
+    for (const std::string name : {"...", ".a/b\\c..", "Oh no..."})
+        EXPECT_EQ(PresetNames::fileFault(PresetNames::fileNameFor(name)), "") << name;
 }
 
 TEST_F(PresetStoreTest, repairsEachValueByItself) {
@@ -237,6 +240,11 @@ TEST_F(PresetStoreTest, leavesAloneWhatItCannotOpen) {
     EXPECT_THAT(store.save(presetOf("New")), HasSubstr("is a folder"));
     EXPECT_TRUE(std::filesystem::is_directory(m_path));
     EXPECT_EQ(filesLike("corrupt"), 0);
+
+    std::filesystem::remove(m_path);
+    std::filesystem::create_symlink("elsewhere.plist", m_path);
+    EXPECT_THAT(open().save(presetOf("New")), HasSubstr("is a link to"));
+    EXPECT_TRUE(std::filesystem::is_symlink(m_path));
 }
 
 TEST_F(PresetStoreTest, tellsManyRepairsByTheirNumber) {
@@ -246,6 +254,6 @@ TEST_F(PresetStoreTest, tellsManyRepairsByTheirNumber) {
                          value("preamp", "<integer>9</integer>"));
     putStore(entries);
     EXPECT_EQ(open().presets().size(), 1000u);
-    EXPECT_EQ(m_told.size(), 6u);
-    EXPECT_THAT(m_told.back(), HasSubstr("995 more"));
+    EXPECT_EQ(m_told.size(), 51u);
+    EXPECT_THAT(m_told.back(), HasSubstr("950 more"));
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr double kLoudness = -22;  // LUFS
+constexpr double kLoudness = -24;  // LUFS
 constexpr double kSpread = 1.5;    // dB either way: any two are within 3 dB
 
 PropertyListValue::Dictionary shippedPresets() {

@@ -13,9 +13,10 @@ TEST(UserDefaults, remembersUntilTheNextRun) {
     const PropertyListValue::Dictionary settings = {{"grainSpeed", 1.5}, {"syncSpeed", true}};
     {
         UserDefaults defaults(path);
+        UserDefaults neighbour(path);
         EXPECT_FALSE(defaults.boolean("auto-gain-control"));
         defaults.set("auto-gain-control", false);
-        defaults.set("current-preset", "Default Sound");
+        neighbour.set("current-preset", "Default Sound");
         defaults.set("current-settings", settings);
         defaults.set("gone", true);
         defaults.remove("gone");
@@ -57,5 +58,6 @@ TEST(UserDefaults, keepsABrokenFileAside) {
 TEST(UserDefaults, liveInMemoryWhereNothingCanBeWritten) {
     UserDefaults defaults("/dev/null/ombrix-synth");
     defaults.set("auto-gain-control", true);
+    defaults.set("current-preset", "Pad");
     EXPECT_EQ(defaults.boolean("auto-gain-control"), true);
 }

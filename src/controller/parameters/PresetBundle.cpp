@@ -7,6 +7,7 @@
 #include "propertylists/PropertyList.h"
 #include "storage/AsideFile.h"
 #include "text/CNumber.h"
+#include "text/UnicodeText.h"
 #include "wavechoice/WaveChoice.h"
 #include "wavechoice/WaveNames.h"
 
@@ -90,9 +91,7 @@ std::unique_ptr<PresetBundle> PresetBundle::open(const std::string& path, std::s
 
 std::string PresetBundle::filenameFor(const std::string& presetName) {
     constexpr std::size_t kMostBytes = 200;  // leaves room for a name aside
-    std::string name = presetName.substr(0, kMostBytes);
-    while (name.size() == kMostBytes && (presetName[name.size()] & 0xC0) == 0x80)
-        name.pop_back();
+    std::string name(UnicodeText::cut(presetName, kMostBytes));
     for (char& c : name) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F ||
             std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos)

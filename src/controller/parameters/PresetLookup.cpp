@@ -8,15 +8,12 @@ class Lookup {
   public:
     Lookup(const std::string& name, std::vector<std::string>& told) : m_name(name), m_told(told) {}
 
-    /// False when the store is there and cannot be read.
-    bool lookInto(const std::string& path) {
+    /// Why the store, which is there, cannot be read; else nothing.
+    std::string lookInto(const std::string& path) {
         const PresetFile file = PresetFile::read(path);
-        const bool isRead = file.state == PresetFile::State::read;
-        if (isRead)
+        if (file.state == PresetFile::State::read)
             take(path, file);
-        else if (file.state != PresetFile::State::missing)
-            m_told.push_back(file.error);
-        return isRead || file.state == PresetFile::State::missing;
+        return file.error.empty() || file.state == PresetFile::State::missing ? "" : file.error;
     }
 
     const std::optional<Preset>& found() const { return m_found; }
@@ -44,9 +41,14 @@ std::optional<Preset> PresetLookup::find(const std::string& name, const std::str
                                          const std::string& shipped,
                                          std::vector<std::string>& told) {
     Lookup lookup(name, told);
-    if (!store.empty() && !lookup.lookInto(store))
+    const std::string fault = store.empty() ? "" : lookup.lookInto(store);
+    if (!fault.empty()) {
+        told.push_back(fault + "; its backup and the shipped presets are used instead");
         lookup.lookInto(store + ".bak");
-    if (!lookup.found() && !shipped.empty())
-        lookup.lookInto(shipped);
+    }
+    if (!lookup.found() && !shipped.empty()) {
+        if (const std::string broken = lookup.lookInto(shipped); !broken.empty())
+            told.push_back(broken);
+    }
     return lookup.found();
 }

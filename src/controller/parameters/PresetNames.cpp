@@ -56,20 +56,27 @@ std::string PresetNames::repaired(std::string_view name) {
 std::string PresetNames::fileNameFor(std::string_view name) {
     std::string file(UnicodeText::cut(name, kLongestWave - kLongestEnding));
     std::ranges::replace_if(file, isSeparator, '-');
+    for (std::size_t i = 0; i < file.size(); ++i) {
+        if (file[i] == '.' && (i == 0 || file[i - 1] == '.'))
+            file[i] = '-';
+    }
     return file;
 }
 
-std::string PresetNames::waveFault(std::string_view wave) {
-    const std::string_view file = withoutPrefix(wave);
-    if (!UnicodeText::isUtf8(wave))
+std::string PresetNames::fileFault(std::string_view file) {
+    if (!UnicodeText::isUtf8(file))
         return "not UTF-8";
     if (file.empty())
         return "empty";
-    if (wave.size() > kLongestWave)
+    if (file.size() > kLongestWave)
         return longerThan(kLongestWave);
-    if (UnicodeText::hasControls(wave))
+    if (UnicodeText::hasControls(file))
         return "with control characters";
-    if (file == "." || file == ".." || std::ranges::any_of(file, isSeparator))
+    if (file == "." || file.find("..") != file.npos || std::ranges::any_of(file, isSeparator))
         return "not a plain file name";
     return "";
+}
+
+std::string PresetNames::waveFault(std::string_view wave) {
+    return wave.size() > kLongestWave ? longerThan(kLongestWave) : fileFault(withoutPrefix(wave));
 }

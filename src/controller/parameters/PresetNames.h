@@ -21,12 +21,14 @@ std::string fault(std::string_view name);
 /// A name nearest to `name` that a preset can have; empty when nothing is left of it.
 std::string repaired(std::string_view name);
 
-/// A file name's beginning for what belongs to a preset of this name: without separators, short
-/// enough for an ending.
+/// A wave name's beginning for what belongs to a preset of this name, short enough for an ending.
 std::string fileNameFor(std::string_view name);
 
-/// Why no preset may name this wave; empty when one may. A wave is a file name, alone or behind
-/// "user/", "internal/" or "generated/": nothing that leads out of the folders that hold waves.
+/// Why no sound may have this file name; empty when it may. With separators or ".." it would lead
+/// out of the folders that hold sounds.
+std::string fileFault(std::string_view file);
+/// Why no preset may name this wave: a file name, alone or behind "user/", "internal/" or
+/// "generated/".
 std::string waveFault(std::string_view wave);
 
 }  // namespace PresetNames

@@ -7,6 +7,7 @@
 #include "parameters/PresetNames.h"
 #include "parameters/PresetRepair.h"
 #include "propertylists/PropertyList.h"
+#include "storage/AsideNames.h"
 #include "storage/FileLock.h"
 #include "storage/KeptFile.h"
 #include "storage/WholeFile.h"
@@ -19,7 +20,7 @@ namespace {
 /// A save takes some milliseconds; who holds the lock for longer is stuck.
 constexpr std::chrono::seconds kLockPatience{5};
 /// Repairs that are told one by one; a store full of them is told by their number.
-constexpr std::size_t kRepairsTold = 5;
+constexpr std::size_t kRepairsTold = 50;
 
 std::string today() {
     const std::time_t now = std::time(nullptr);
@@ -94,15 +95,15 @@ void PresetStore::open() {
     }
     // Changing nothing puts the backup in its place.
     if (const std::string error = change([](PresetList&) { return ""; }); !error.empty())
-        openBeside(error);
+        openBeside(error.starts_with(file.error) ? error : file.error + "; " + error);
 }
 
 /// The file stays as it is: what there is instead is only shown.
 void PresetStore::openBeside(const std::string& error) {
     PresetFile file = PresetFile::read(backup());
     const bool hasBackup = file.state == PresetFile::State::read;
-    m_tell(error +
-           (hasBackup ? "; the presets of its backup are shown" : "; no presets are shown"));
+    m_tell(error + "; until that is put right, " +
+           (hasBackup ? "the presets of its backup are shown" : "no presets are shown"));
     m_list = std::move(file.list);
     tellRepairs(backup(), file.repairs);
 }
@@ -179,13 +180,14 @@ std::string PresetStore::change(const Change& change) {
         return m_path + ": another program has not let go of it; close it, then try again";
     if (!lock.held())
         return lockFileBeside(m_path) + ": cannot write: " + lock.reason();
+    AsideNames::sweep(fs::path(m_path).parent_path().string());
     return changeUnderLock(change);
 }
 
 std::string PresetStore::changeUnderLock(const Change& change) {
     PresetFile file = PresetFile::read(m_path);
     if (file.state == PresetFile::State::unavailable)
-        return file.error;
+        return file.error + "; nothing is changed until it can be read";
     const bool isRead = file.state == PresetFile::State::read;
     PresetList list = isRead ? std::move(file.list) : m_list;
     tellRepairs(m_path, file.repairs);

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "storage/AsideNames.h"
+
 namespace {
 
 /// Far more than anyone starts; keeps a file system that answers nonsense from being asked forever.
@@ -20,6 +22,8 @@ InstanceLock::InstanceLock(const std::string& folder) : m_folder(folder) {
         if (place->held()) {
             m_place = std::move(place);
             m_ordinal = ordinal;
+            if (ordinal == 1)
+                AsideNames::sweep(folder);
             return;
         }
         if (!place->taken())

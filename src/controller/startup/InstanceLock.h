@@ -8,7 +8,8 @@
 /// This process's place among those that run on one data folder: the first has ordinal 1, one that
 /// starts beside it 2, and so on. A place is a lock file of its own, ".running.lock",
 /// ".running 2.lock"; the system takes the lock away from a process that dies. What must be done by
-/// one process only (the crash marker, restoring an unsaved take) is tied to it. [main]
+/// one process only (the crash marker, restoring an unsaved take) is tied to it. Who takes the
+/// first place also removes what killed processes have left in the folder half written. [main]
 class InstanceLock {
   public:
     /// Takes the lowest free place in `folder`. Where nothing can be locked (a read-only folder, a

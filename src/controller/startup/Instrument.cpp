@@ -28,6 +28,11 @@ float ADSRSettings::*envelopeField(ParameterId id) {
     }
 }
 
+/// A number that each voice has, not one of the effects behind them.
+bool isOfVoices(ParameterId id) {
+    return id <= ParameterId::fmFrequency;
+}
+
 }  // namespace
 
 Instrument::Instrument(bool automaticGain) {
@@ -91,16 +96,22 @@ Preset Instrument::makePresetFromSettings() const {
 }
 
 WaveChoice::Loaded Instrument::updateSettingsFromPreset(const Preset& preset) {
-    for (const Parameter& row : kParameters) {
-        if (row.kind == ParameterKind::number && !envelopeField(row.id))
-            setParameter(row.id, preset.number(row.id));
-    }
+    const auto setNumbers = [&](bool ofVoices) {
+        for (const Parameter& row : kParameters) {
+            if (row.kind == ParameterKind::number && !envelopeField(row.id) &&
+                isOfVoices(row.id) == ofVoices)
+                setParameter(row.id, preset.number(row.id));
+        }
+    };
+    setNumbers(false);
     setEnvelopes({preset.number(ParameterId::adsrAttack), preset.number(ParameterId::adsrDecay),
                   preset.number(ParameterId::adsrSustain),
                   preset.number(ParameterId::adsrRelease)});
     WaveChoice::Loaded loaded;
     if (preset.wave)
         loaded = m_waves.setWaveTo(WaveChoice::findWavePath(*preset.wave).value_or(""));
+    // Behind the sound, which takes a while: the old one is not heard in the new one's grains.
+    setNumbers(true);
     setSyncSpeed(preset.syncSpeed);
     setGrainMode(preset.grainMotion);
     return loaded;

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <string_view>
 
-#include "archives/ZipReader.h"
 #include "parameters/PresetNames.h"
 
 bool WaveNames::isStorable(const std::string& plainName) {
@@ -14,7 +13,7 @@ bool WaveNames::isStorable(const std::string& plainName) {
         if (plainName.starts_with(ours))
             return false;
     }
-    return PresetNames::waveFault(plainName).empty() && ZipReader::isSafeName(plainName);
+    return PresetNames::fileFault(plainName).empty();
 }
 
 std::string WaveNames::numbered(const std::string& plainName, int number) {

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -70,31 +71,46 @@ bool isPlanar(int format) {
            format == AV_SAMPLE_FMT_DBLP;
 }
 
-template <typename Word>
-void interleave(const AVFrame& frame, std::size_t channels, std::byte* into) {
-    auto* out = reinterpret_cast<Word*>(into);
-    const auto frames = static_cast<std::size_t>(frame.nb_samples);
-    for (std::size_t c = 0; c < channels; ++c) {
-        const auto* samples = reinterpret_cast<const Word*>(frame.extended_data[c]);
-        for (std::size_t i = 0; i < frames; ++i)
-            out[i * channels + c] = samples[i];
+/// Samples [from, from + frames) of a frame.
+struct Piece {
+    const AVFrame& frame;
+    std::size_t from, frames;
+    template <typename Word>
+    const Word* plane(std::size_t channel) const {
+        return reinterpret_cast<const Word*>(frame.extended_data[channel]) + from;
     }
+};
+
+template <typename Word>
+void interleave(const Piece& piece, std::size_t channels, std::byte* into) {
+    auto* __restrict out = reinterpret_cast<Word*>(into);
+    if (channels == 2) {  // in one go, many at once
+        const Word *left = piece.plane<Word>(0), *right = piece.plane<Word>(1);
+        for (std::size_t i = 0; i < piece.frames; ++i) {
+            out[2 * i] = left[i];
+            out[2 * i + 1] = right[i];
+        }
+        return;
+    }
+    for (std::size_t c = 0; c < channels; ++c)
+        for (std::size_t i = 0; i < piece.frames; ++i)
+            out[i * channels + c] = piece.plane<Word>(c)[i];
 }
 
-/// Copies a frame's samples; in planes or not, they come out interleaved.
-void copySamples(const AVFrame& frame, std::uint32_t channels, std::uint32_t bits,
-                 std::byte* into) {
-    if (!isPlanar(frame.format) || channels == 1)
-        std::copy_n(reinterpret_cast<const std::byte*>(frame.extended_data[0]),
-                    static_cast<std::size_t>(frame.nb_samples) * channels * (bits / 8), into);
+/// Copies samples; in planes or not, they come out interleaved.
+void copySamples(const Piece& piece, std::uint32_t channels, std::uint32_t bits, std::byte* into) {
+    const std::size_t frameBytes = std::size_t{channels} * (bits / 8);
+    if (!isPlanar(piece.frame.format) || channels == 1)
+        std::memcpy(into, piece.frame.extended_data[0] + piece.from * frameBytes,
+                    piece.frames * frameBytes);
     else if (bits == 8)
-        interleave<std::uint8_t>(frame, channels, into);
+        interleave<std::uint8_t>(piece, channels, into);
     else if (bits == 16)
-        interleave<std::uint16_t>(frame, channels, into);
+        interleave<std::uint16_t>(piece, channels, into);
     else if (bits == 32)
-        interleave<std::uint32_t>(frame, channels, into);
+        interleave<std::uint32_t>(piece, channels, into);
     else
-        interleave<std::uint64_t>(frame, channels, into);
+        interleave<std::uint64_t>(piece, channels, into);
 }
 
 }  // namespace
@@ -172,8 +188,6 @@ bool FfmpegReader::decodeOn() {
         frame.sample_rate != static_cast<int>(m_format.mSampleRate))
         return false;  // a stream that changes on the way ends there
     m_readyFrames = static_cast<std::uint64_t>(frame.nb_samples);
-    m_ready.resize(m_readyFrames * frameBytes());
-    copySamples(frame, m_format.mChannelsPerFrame, m_format.mBitsPerChannel, m_ready.data());
     return true;
 }
 
@@ -183,7 +197,8 @@ std::uint32_t FfmpegReader::take(std::uint64_t frames, std::byte* into) {
         return 0;
     const std::uint64_t count = std::min(frames, m_readyFrames - m_taken);
     if (into)
-        std::copy_n(m_ready.data() + m_taken * frameBytes(), count * frameBytes(), into);
+        copySamples({m_decoder->frame(), m_taken, count}, m_format.mChannelsPerFrame,
+                    m_format.mBitsPerChannel, into);
     m_taken += count;
     return static_cast<std::uint32_t>(count);
 }

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "audiofiles/FfmpegDecoder.h"
-#include "audiofiles/FileHandle.h"
 #include "audiofiles/SoundReader.h"
+#include "storage/FileHandle.h"
 
 /// Files that the FFmpeg libraries decode: AAC and ALAC in M4A, CAF or bare frames, and their kin;
 /// linear PCM in containers too broken for others, a CAF file cut short for one.
@@ -30,10 +30,9 @@ class FfmpegReader : public SoundReader {
 
     FileHandle m_file;
     std::unique_ptr<FfmpegDecoder> m_decoder;
-    int m_sampleFormat = 0;          // the library's own
-    bool m_pending = false;          // the decoder's frame has not been taken over yet
-    std::vector<std::byte> m_ready;  // decoded frames, interleaved; the first m_taken are gone
-    std::uint64_t m_readyFrames = 0;
+    int m_sampleFormat = 0;           // the library's own
+    bool m_pending = false;           // the decoder's frame has not been taken over yet
+    std::uint64_t m_readyFrames = 0;  // of the decoder's frame; the first m_taken are gone
     std::uint64_t m_taken = 0;
     std::uint64_t m_position = 0;  // frames handed out
     std::uint64_t m_delay = 0;     // frames to leave out first, beyond what the library leaves out

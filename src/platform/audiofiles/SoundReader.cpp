@@ -11,9 +11,9 @@
 
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/FfmpegReader.h"
-#include "audiofiles/FileHandle.h"
 #include "audiofiles/FileStatus.h"
 #include "audiofiles/SndfileReader.h"
+#include "storage/FileHandle.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <filesystem>
 
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/FileStatus.h"
 #include "audiofiles/WavHeader.h"
+#include "storage/AsideNames.h"
 #include "storage/WriteAll.h"
 
 namespace {
@@ -40,19 +40,6 @@ std::string behindLinks(const std::string& path) {
     return missing ? path : real.string();
 }
 
-/// A new file beside `path`, whose name `aside` becomes.
-FileHandle openAside(const std::string& path, std::string* aside) {
-    static std::atomic<unsigned> count{0};
-    FileHandle file;
-    do {
-        const std::string name =
-            ".ombrix-" + std::to_string(getpid()) + '-' + std::to_string(count++);
-        *aside = (fs::path(path).parent_path() / name).string();
-        file = FileHandle(open(aside->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    } while (!file && errno == EEXIST);
-    return file;
-}
-
 }  // namespace
 
 std::unique_ptr<WavOutput> WavOutput::create(const std::string& path,
@@ -67,7 +54,7 @@ std::unique_ptr<WavOutput> WavOutput::create(const std::string& path,
         return nullptr;
     const std::string target = behindLinks(path);
     std::string aside;
-    FileHandle file = openAside(target, &aside);
+    FileHandle file(AsideNames::create(target, aside));
     if (!file) {
         *status = statusOfErrno(errno);
         return nullptr;

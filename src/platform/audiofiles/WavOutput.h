@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "audiofiles/FileHandle.h"
 #include "audiounits/AudioUnitTypes.h"
+#include "storage/FileHandle.h"
 
 /// A WAV file being written, with plain positioned writes. Whatever ends the program, the file is
 /// valid and holds what it held when its header was last refreshed. [one thread at a time, but for

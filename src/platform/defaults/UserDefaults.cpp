@@ -26,13 +26,13 @@ std::string UserDefaults::defaultPath() {
 UserDefaults::UserDefaults(std::string path) : m_path(std::move(path)) {
     if (m_path.empty())
         Log::line("No configuration folder: settings are not kept");
-    else
-        read();
+    read();
 }
 
 void UserDefaults::read() {
+    m_values.clear();
     std::error_code unknown;
-    if (!std::filesystem::exists(m_path, unknown))
+    if (m_path.empty() || !std::filesystem::exists(m_path, unknown))
         return;
     std::string error;
     const auto list = PropertyList::readFile(m_path, error);
@@ -44,17 +44,19 @@ void UserDefaults::read() {
         Log::line("Settings not read: %s", list ? "not a dictionary" : error.c_str());
 }
 
-void UserDefaults::write() {
+bool UserDefaults::write() {
     if (m_path.empty())
-        return;
+        return false;
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(m_path).parent_path(), ignored);
     if (m_fileIsBroken)
         std::filesystem::rename(m_path, m_path + ".broken", ignored);
     m_fileIsBroken = false;
     std::string error;
-    if (!PropertyList::writeFile(m_path, m_values, error))
-        Log::line("Settings not kept: %s", error.c_str());
+    if (PropertyList::writeFile(m_path, m_values, error))
+        return true;
+    Log::line("Settings not kept: %s", error.c_str());
+    return false;
 }
 
 const PropertyListValue* UserDefaults::find(const std::string& key) const {
@@ -79,11 +81,23 @@ std::optional<PropertyListValue::Dictionary> UserDefaults::dictionary(
 }
 
 void UserDefaults::set(const std::string& key, PropertyListValue value) {
-    m_values.insert_or_assign(key, std::move(value));
-    write();
+    change(key, std::move(value));
 }
 
 void UserDefaults::remove(const std::string& key) {
-    if (m_values.erase(key) > 0)
-        write();
+    change(key, std::nullopt);
+}
+
+void UserDefaults::change(const std::string& key, std::optional<PropertyListValue> value) {
+    m_unwritten.insert_or_assign(key, std::move(value));
+    read();
+    const PropertyListValue::Dictionary stored = m_values;
+    for (const auto& [name, fresh] : m_unwritten) {
+        if (fresh)
+            m_values.insert_or_assign(name, *fresh);
+        else
+            m_values.erase(name);
+    }
+    if (m_values == stored || write())
+        m_unwritten.clear();
 }

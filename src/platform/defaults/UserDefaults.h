@@ -1,13 +1,15 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 
 #include "propertylists/PropertyListValue.h"
 
 /// What the program remembers for its user between runs, by key: one property list in the
-/// configuration folder, read once and written whole at each change. Without such a folder, or
-/// when it cannot be written, values live as long as the object (the log tells why). A file that
+/// configuration folder, read again and written whole at each change, so that what another process
+/// has changed meanwhile stays. Without such a folder, or when it cannot be written, values live as
+/// long as the object (the log tells why). A file that
 /// cannot be read is kept beside the new one with ".broken" after its name. [main]
 class UserDefaults {
   public:
@@ -26,10 +28,13 @@ class UserDefaults {
 
   private:
     const PropertyListValue* find(const std::string& key) const;
+    /// To nothing: removes it.
+    void change(const std::string& key, std::optional<PropertyListValue> value);
     void read();
-    void write();
+    bool write();
 
     std::string m_path;
     PropertyListValue::Dictionary m_values;
+    std::map<std::string, std::optional<PropertyListValue>> m_unwritten;  // changes of ours
     bool m_fileIsBroken = false;
 };

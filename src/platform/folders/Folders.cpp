@@ -1,5 +1,8 @@
 #include "folders/Folders.h"
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <QStandardPaths>
 #include <array>
 #include <cstdlib>
@@ -20,12 +23,17 @@ std::filesystem::path programFolder() {
 std::optional<std::filesystem::path> Folders::data() {
     if (const char* chosen = std::getenv("OMBRIX_DATA"); chosen && *chosen)
         return chosen;
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!documents.isEmpty())
-        return std::filesystem::path(documents.toStdString()) / kDataFolderName;
-    if (const char* home = std::getenv("HOME"); home && *home)
-        return std::filesystem::path(home) / kDataFolderName;
-    return std::nullopt;
+    if (const char* home = std::getenv("HOME"); home && *home == '/') {
+        const QString documents =
+            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        return std::filesystem::path(documents.isEmpty() ? home : documents.toStdString()) /
+               kDataFolderName;
+    }
+    // Without HOME (a service, a bare environment) QtCore would name a folder of the system's root.
+    const passwd* const account = ::getpwuid(::getuid());
+    if (!account || !account->pw_dir || *account->pw_dir != '/')
+        return std::nullopt;
+    return std::filesystem::path(account->pw_dir) / kDataFolderName;
 }
 
 std::filesystem::path Folders::resources() {

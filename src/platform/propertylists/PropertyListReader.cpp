@@ -45,10 +45,18 @@ class Reader {
         throw PropertyListRefusal{std::move(reason)};
     }
 
+    void refuseBrokenXml() const {
+        if (!m_xml.hasError())
+            return;
+        QString why = m_xml.errorString();
+        if (why.endsWith(u'.'))
+            why.chop(1);  // messages go on
+        refuse("broken XML: " + oneLine(why.toStdString()));
+    }
+
     void step() {
         m_xml.readNext();
-        if (m_xml.hasError())
-            refuse("broken XML: " + oneLine(m_xml.errorString().toStdString()));
+        refuseBrokenXml();
     }
 
     /// To the start of the next element at this level; false at the end of the level.
@@ -66,8 +74,7 @@ class Reader {
 
     QString text() {
         const QString text = m_xml.readElementText();
-        if (m_xml.hasError())
-            refuse("broken XML: " + oneLine(m_xml.errorString().toStdString()));
+        refuseBrokenXml();
         return text;
     }
 

@@ -1,14 +1,13 @@
 #include "storage/AsideFile.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "storage/AsideNames.h"
 #include "storage/FileNames.h"
 #include "storage/WriteAll.h"
 
@@ -22,20 +21,10 @@ std::string behindLinks(const std::string& path) {
     return missing ? path : real.string();
 }
 
-std::string asideName(const fs::path& target) {
-    static std::atomic<unsigned> count{0};
-    const std::string own =
-        '.' + std::to_string(getpid()) + '.' + std::to_string(count++) + ".part";
-    // The longest name that file systems take has 255 bytes.
-    const std::string name = target.filename().string().substr(0, 254 - own.size());
-    return (target.parent_path() / ('.' + name + own)).string();
-}
-
 }  // namespace
 
-AsideFile::AsideFile(const std::string& target)
-    : m_target(behindLinks(target)), m_path(asideName(m_target)) {
-    m_file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+AsideFile::AsideFile(const std::string& target) : m_target(behindLinks(target)) {
+    m_file = AsideNames::create(m_target, m_path);
     if (m_file < 0) {
         fail();
         m_path.clear();
@@ -61,11 +50,15 @@ bool AsideFile::close() {
 }
 
 bool AsideFile::write(std::span<const std::uint8_t> bytes) {
+    const std::uint64_t end = m_written;
+    m_written += bytes.size();
+    return overwrite(end, bytes);
+}
+
+bool AsideFile::overwrite(std::uint64_t at, std::span<const std::uint8_t> bytes) {
     if (!m_error.empty())
         return false;
-    const std::size_t count = writeAll(m_file, bytes.data(), bytes.size(), m_written);
-    m_written += count;
-    return count == bytes.size() || fail();
+    return writeAll(m_file, bytes.data(), bytes.size(), at) == bytes.size() || fail();
 }
 
 bool AsideFile::sync() {
@@ -83,13 +76,13 @@ bool AsideFile::replaceTarget() {
     if (!sync())
         return false;
     struct stat old {};
-    if (::stat(m_target.c_str(), &old) == 0) {
-        if (!S_ISREG(old.st_mode) && !S_ISDIR(old.st_mode)) {
-            m_error = m_target + ": is a pipe or a device; choose another name";
-            return false;
-        }
-        ::chmod(m_path.c_str(), old.st_mode & 07777);
+    const bool isThere = ::stat(m_target.c_str(), &old) == 0;
+    if (isThere && !S_ISREG(old.st_mode)) {
+        m_error = m_target + ": cannot write: not a regular file";
+        return false;
     }
+    if (isThere)
+        ::chmod(m_path.c_str(), old.st_mode & 07777);
     if (::rename(m_path.c_str(), m_target.c_str()) != 0)
         return fail();
     settled();

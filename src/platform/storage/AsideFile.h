@@ -19,11 +19,14 @@ class AsideFile {
     AsideFile(const AsideFile&) = delete;
     AsideFile& operator=(const AsideFile&) = delete;
 
+    /// Behind what was written before.
     bool write(std::span<const std::uint8_t> bytes);
+    /// Over what was written before, from byte `at` on.
+    bool overwrite(std::uint64_t at, std::span<const std::uint8_t> bytes);
     /// Writes are on disk and the file is closed, under `path`. Putting it somewhere does this too.
     bool sync();
-    /// Replaces the file at the target, in one step, and keeps its permissions. A pipe or a device
-    /// is no file and stays.
+    /// Replaces the file at the target, in one step, and keeps its permissions. Fails for what is
+    /// no regular file, such as a device.
     bool replaceTarget();
     /// Takes the name `path`, on the same file system, unless there is anything of that name, be it
     /// since just now.

@@ -6,20 +6,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
+#include "storage/AsideNames.h"
 #include "storage/WholeFile.h"
 
 namespace {
 
 constexpr int kMostAside = 1000;
-
-std::string partName(const std::string& path) {
-    const std::filesystem::path target(path);
-    const std::string name =
-        '.' + target.filename().string() + '.' + std::to_string(getpid()) + ".link";
-    return (target.parent_path() / name).string();
-}
 
 /// A second name for the file behind links; false with errno when it cannot be given.
 bool link(const std::string& path, const std::string& name) {
@@ -41,7 +34,7 @@ bool copyWhole(const std::string& path, const std::string& copy, std::size_t lim
 
 bool KeptFile::keepAs(const std::string& path, const std::string& copy, std::size_t limit,
                       std::string& error) {
-    const std::string part = partName(copy);
+    const std::string part = AsideNames::beside(copy);
     ::unlink(part.c_str());  // of a process of the same number that died
     bool kept = link(path, part);
     if (!kept && hasNoSecondNames(errno))

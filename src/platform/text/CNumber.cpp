@@ -55,9 +55,14 @@ std::string oneLine(std::string_view text) {
             text.remove_suffix(1);
     }
     std::string line(text);
-    for (char& c : line) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
-            c = '?';
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(line[i]);
+        const bool isLateControl =  // U+0080 to U+009F, which some terminals obey
+            byte == 0xC2 && i + 1 < line.size() && static_cast<unsigned char>(line[i + 1]) < 0xA0;
+        if (isLateControl)
+            line.erase(i + 1, 1);
+        if (isLateControl || byte < 0x20 || byte == 0x7F)
+            line[i] = '?';
     }
     return cut ? line + "..." : line;
 }

@@ -1,7 +1,11 @@
 #include "text/UnicodeText.h"
 
+#include <locale.h>
+#include <wchar.h>
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <QtCore/QStringDecoder>
+
 #include <algorithm>
 
 namespace {
@@ -52,4 +56,18 @@ std::string_view UnicodeText::cut(std::string_view text, std::size_t bytes) {
     while (bytes > 0 && continuesCharacter(text[bytes]))
         --bytes;
     return text.substr(0, bytes);
+}
+
+std::size_t UnicodeText::columns(std::string_view text) {
+    // The library knows the widths in a locale that has Unicode only.
+    static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    const locale_t before = unicode ? uselocale(unicode) : locale_t{};
+    std::size_t columns = 0;
+    for (const auto character : decoded(text).toUcs4()) {
+        const int width = unicode ? ::wcwidth(static_cast<wchar_t>(character)) : 1;
+        columns += static_cast<std::size_t>(std::max(width, 0));
+    }
+    if (unicode)
+        uselocale(before);
+    return columns;
 }

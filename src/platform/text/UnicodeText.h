@@ -16,5 +16,7 @@ bool hasControls(std::string_view text);
 std::string withoutControls(std::string_view text);
 /// As many whole characters as fit into `bytes`.
 std::string_view cut(std::string_view text, std::size_t bytes);
+/// Columns that it takes in a terminal: two for a wide character, none for an accent on another.
+std::size_t columns(std::string_view text);
 
 }  // namespace UnicodeText

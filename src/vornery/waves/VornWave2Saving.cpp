@@ -11,16 +11,10 @@
 #include "VornWave2.h"
 #include "files/VornOutputAudioFile.h"
 #include "log/Log.h"
+#include "storage/AsideNames.h"
 #include "storage/WriteAll.h"
 
 namespace {
-
-/// Beside `path`, for a file that is not whole yet.
-std::string asideOf(const std::filesystem::path& path) {
-    std::string name(1, '.');
-    name += path.filename().string() + '.' + std::to_string(getpid()) + ".part";
-    return (path.parent_path() / name).string();
-}
 
 /// The file behind a link, so that a linked file is replaced and not the link.
 std::filesystem::path behindLinks(const std::string& path) {
@@ -43,7 +37,7 @@ bool VornWave2::writeWavFile(const std::string& path) const {
         return false;
     }
     const std::filesystem::path target = behindLinks(path);
-    const std::string aside = asideOf(target);
+    const std::string aside = AsideNames::beside(target.string());
     auto written = static_cast<std::uint32_t>(bytes);
     VornOutputAudioFile file(aside, kWaveFileType, m_myAudioDescription);
     file.writePackets(content->samples.data(), 0, &written, nullptr);
