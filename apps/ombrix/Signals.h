@@ -1,7 +1,8 @@
 #pragma once
 
-/// What the outside asks of a running command. SIGINT and SIGTERM ask it to stop, SIGUSR1 to
-/// silence everything. A sleeping call on the main thread is interrupted by each of them.
+/// What the outside asks of a running command. SIGINT, SIGTERM and (unless it is ignored) SIGHUP
+/// ask it to stop, SIGUSR1 to silence everything. A sleeping call on the main thread is interrupted
+/// by each of them.
 namespace Signals {
 
 void listen();

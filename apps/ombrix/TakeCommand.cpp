@@ -127,15 +127,17 @@ int record(const CommandFrame& frame, const TakeRequest& request, UnsavedTake& u
 }
 
 int recover(const CommandFrame& frame, const TakeRequest& request, UnsavedTake& unsaved) {
-    const auto found = unsaved.leftOver();
-    if (found.empty())
-        return frame.fail("no take was left over");
-    std::string error;
-    if (!unsaved.adopt(found.front(), error))
-        return frame.fail(error);
-    const WaveChoice::Loaded loaded = WaveChoice::load(unsaved.path());
+    WaveChoice::Loaded loaded;
+    std::string error = "no take was left over";
+    for (const std::string& found : unsaved.leftOver()) {
+        loaded = WaveChoice::load(found);
+        error = loaded.error;
+        if (loaded.wave && unsaved.adopt(found, error))
+            break;
+        loaded.wave = nullptr;  // damaged, or another instance was quicker; there may be more
+    }
     if (!loaded.wave)
-        return frame.fail(loaded.error);
+        return frame.fail(error);
     if (error = unsaved.nameIt(request.path, request.existing); !error.empty())
         return frame.fail(error + kKept);
     std::printf("%.2f s recovered: %s\n", secondsOf(loaded.wave->sampleCount()),

@@ -67,6 +67,8 @@ std::string TakeRequest::refusalOfPath() const {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored))
         return path + " is a folder; choose another name";
+    if (std::filesystem::is_other(path, ignored))
+        return path + " is a pipe or a device; choose another name";
     const bool taken = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
     if (taken && existing == FileNames::Existing::keep)
         return path + " exists already; --force replaces it";

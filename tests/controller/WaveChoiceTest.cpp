@@ -1,6 +1,7 @@
 #include "wavechoice/WaveChoice.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cmath>
@@ -167,8 +168,12 @@ TEST_F(WaveChoiceTest, failsToStoreInOneLineAndKeepsWhatIsThere) {
     EXPECT_NE(WaveChoice::storeWave(*sound({1.f}), m_folder.file("none/a.wav")).find("none/a.wav"),
               std::string::npos);
     std::filesystem::create_directory(m_folder.file("taken.wav"));
-    EXPECT_NE(WaveChoice::storeWave(*sound({1.f}), m_folder.file("taken.wav")), "");
-    EXPECT_EQ(filesInFolder(), 1u);
+    ASSERT_EQ(mkfifo(m_folder.file("pipe.wav").c_str(), 0600), 0);
+    for (const char* name : {"taken.wav", "pipe.wav"}) {
+        EXPECT_NE(WaveChoice::storeWave(*sound({1.f}), m_folder.file(name)), "") << name;
+        EXPECT_FALSE(std::filesystem::is_regular_file(m_folder.file(name))) << name;
+    }
+    EXPECT_EQ(filesInFolder(), 2u);
 }
 
 TEST_F(WaveChoiceTest, namesAndUsesARecording) {

@@ -1,16 +1,40 @@
 #include "JackServer.h"
 
+#include <sched.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 #include "Recording.h"
 #include "ScratchFolder.h"
 
+namespace {
+
+/// A /dev/shm that goes with this process and its children. JACK's registry lies there, which has
+/// room for eight servers and keeps those that were killed. Where the system refuses, it is shared.
+bool useOwnSharedMemory() {
+    const auto user = std::to_string(geteuid());
+    const auto group = std::to_string(getegid());
+    if (unshare(CLONE_NEWNS) != 0) {
+        if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return false;
+        std::ofstream("/proc/self/uid_map") << user + ' ' + user + " 1";
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/gid_map") << group + ' ' + group + " 1";
+    }
+    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("none", "/dev/shm", "tmpfs", 0, nullptr) == 0;
+}
+
+}  // namespace
+
 JackServer::JackServer() : m_name("ombrix-test-" + std::to_string(getpid())) {
+    [[maybe_unused]] static const bool own = useOwnSharedMemory();
     setenv("JACK_DEFAULT_SERVER", m_name.c_str(), 1);
     setenv("JACK_NO_START_SERVER", "1", 1);
 }

@@ -74,13 +74,16 @@ class RecordingCommandsTest : public testing::Test {
         std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
     }
 
+    /// The tone is on the left; what is on the right is not to be heard.
     std::string toneFile() const {
-        std::vector<std::int16_t> samples(44100 * 20);
-        for (std::size_t i = 0; i < samples.size(); ++i)
-            samples[i] = static_cast<std::int16_t>(std::lround(
-                5000 * std::sin(2 * 3.141592653589793 * 440 * static_cast<double>(i) / 44100)));
+        std::vector<std::int16_t> samples;
+        for (int i = 0; i < 44100 * 20; ++i) {
+            const double angle = 2 * 3.141592653589793 * 440 * i / 44100;
+            samples.push_back(static_cast<std::int16_t>(std::lround(5000 * std::sin(angle))));
+            samples.push_back(static_cast<std::int16_t>(i % 70 * 200));
+        }
         SoundFiles::write(m_folder.file("tone.wav"),
-                          SoundFiles::wav({}, SoundFiles::bytes(samples)));
+                          SoundFiles::wav({.channels = 2}, SoundFiles::bytes(samples)));
         return m_folder.file("tone.wav");
     }
     static void expectTheToneScaledUp(const std::string& path) {

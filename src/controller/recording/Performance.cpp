@@ -2,13 +2,25 @@
 
 #include <unistd.h>
 
+#include <array>
+#include <cstdio>
+
 #include "recording/MinutesAndSeconds.h"
 #include "recording/PerformanceName.h"
 #include "runloop/Clock.h"
 
 namespace {
+
 PerformanceDelegate nobody;
+
+std::string missing(std::uint64_t frames) {
+    std::array<char, 80> text;
+    std::snprintf(text.data(), text.size(), ": the disk was too slow; %.1f s are missing",
+                  static_cast<double>(frames) / kGraphRate);
+    return text.data();
 }
+
+}  // namespace
 
 Performance::Performance(Notes& notes, PassthruRecordingUnit& recordingUnit)
     : m_notes(notes), m_recordingUnit(recordingUnit), m_delegate(&nobody) {
@@ -82,9 +94,7 @@ void Performance::report() {
     if (!report.problem.empty())
         m_delegate->performanceProblem(report.problem);
     else if (report.framesDropped > 0)
-        m_delegate->performanceProblem(path + ": the disk was too slow, " +
-                                       std::to_string(report.framesDropped) +
-                                       " frames are missing");
+        m_delegate->performanceProblem(path + missing(report.framesDropped));
     if (report.framesWritten == 0 && !report.problem.empty())
         ::unlink(path.c_str());  // nothing of the performance is in it
     else

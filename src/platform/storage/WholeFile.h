@@ -23,6 +23,7 @@ std::optional<std::vector<std::uint8_t>> readWholeFile(const std::string& path, 
 
 /// Replaces the file by `bytes` so that a reader, or a power cut, finds either the old file or the
 /// new one: written aside, synced, renamed, folder synced. On failure the old file stays, nothing
-/// is left behind, and `error` is one line. A link is followed. [any thread but render]
+/// is left behind, and `error` is one line. A link is followed; a pipe or a device is refused. [any
+/// thread but render]
 bool writeWholeFile(const std::string& path, std::span<const std::uint8_t> bytes,
                     std::string& error);
