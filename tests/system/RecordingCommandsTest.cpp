@@ -114,15 +114,21 @@ std::vector<float> sounding(const std::string& path) {
 TEST_F(RecordingCommandsTest, aTakeIsWhatJackHearsAndEndsWithItsServer) {
     JackServer server;
     server.start();
-    Process feeder({"jack-play", "-n", "feeder", "-u", toneFile()});
-    auto take = start({"take", "Mine", "--seconds", "3", "--device", "jack"});
-    for (int i = 0; i < 100 && runProgram({"jack_connect", "feeder:out_1", "ombrix:in_1"}); ++i)
-        pass(0.02);
-    EXPECT_EQ(take->wait(), 0);
-    EXPECT_THAT(said(), HasSubstr(data("Mine.wav")));
+    // A busy machine's server may drop its clients: then there is silence, and another try.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        Process feeder({"jack-play", "-n", "feeder", "-u", toneFile()});
+        const auto take = start({"take", "Mine", "--seconds", "4", "--device", "jack", "--force"});
+        for (int i = 0; i < 100 && runProgram({"jack_connect", "feeder:out_1", "ombrix:in_1"}); ++i)
+            pass(0.02);
+        EXPECT_EQ(take->wait(), 0);
+        const std::string line = said();
+        EXPECT_THAT(line, HasSubstr(data("Mine.wav")));
+        if (line.find("silence") == std::string::npos)
+            break;
+    }
     expectTheToneScaledUp(data("Mine.wav"));
 
-    take = start({"take", "Short", "--device", "jack"});
+    const auto take = start({"take", "Short", "--device", "jack"});
     pass(1.5);
     server.process().kill();
     EXPECT_EQ(take->wait(), 0);
