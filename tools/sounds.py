@@ -37,7 +37,7 @@ PHRASES = {
 }
 LOUDNESS = -24.4  # LUFS, mean of the song and the phrases; near the loudest at which none clips
 # dB from that: the first that anyone hears, and one whose low chords would clip.
-TRIM = {"Default Sound": 0.8, "Robot Carillon": -0.5}
+TRIM = {"Default Sound": 0.8, "Robot Carillon": -0.8}
 CEILING = 0.88  # of the peaks here: other chords have higher ones
 BUFFERS = (64, 512, 1024)  # frames: the automatic gain takes hold a buffer late
 SONG_SPREAD = 3  # dB between any two, on the song
