@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Listens by numbers to what the instrument ships with: renders examples/first-steps.mid with every
-preset, measures that and every wave, and writes the tables of docs/sounds.md. Ends with 1 if a
-preset clips, is silent, or is more than 3 dB from another. Needs a release build with the target
-soundcheck.
+"""Listens by numbers to what the instrument ships with: renders examples/first-steps.mid and five
+short phrases with every preset, measures them and every wave, and writes the tables of
+docs/sounds.md. Ends with 1 if a preset clips, is silent, or is far from the others on any phrase.
+Needs a release build with the target soundcheck.
 
     tools/sounds.py              measures and writes the tables
     tools/sounds.py --balance    sets the preamps in assets/presets/presets.txt first
@@ -12,17 +12,36 @@ import argparse
 import pathlib
 import plistlib
 import re
+import statistics
 import subprocess
+import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build/release"
 SONG = ROOT / "examples/first-steps.mid"
+sys.dont_write_bytecode = True
+sys.path.append(str(SONG.parent))
+import compose  # writes the example songs
+
 TABLE = ROOT / "assets/presets/presets.txt"
 PAGE = ROOT / "docs/sounds.md"
 MODES = ("Static", "Linear", "Bounce", "Chaos", "Drunken", "Scrambly", "Split Linear")
-LOUDNESS = -24  # LUFS: there, a chord of five keys struck as hard as can be hardly ever clips
-SPREAD = 3  # dB
+# What every preset plays besides the song: beat, beats, keys, velocity; two beats a second.
+PHRASES = {
+    "one note": [(0, 4, (69,), 100)],
+    "chord": [(0, 4, (60, 64, 67), 100)],
+    "scale": [(beat, 1, (key,), 100) for beat, key in enumerate((60, 62, 64, 65, 67, 69, 71, 72))],
+    "low and high": [(0, 3, (36,), 100), (3, 3, (84,), 100)],
+    "fortissimo": [(0, 4, (48, 60, 64, 67, 72), 127)],
+}
+LOUDNESS = -24.4  # LUFS, mean of the song and the phrases; near the loudest at which none clips
+# dB from that: the first that anyone hears, and one whose low chords would clip.
+TRIM = {"Default Sound": 0.8, "Robot Carillon": -0.8}
+CEILING = 0.88  # of the peaks here: other chords have higher ones
+BUFFERS = (64, 512, 1024)  # frames: the automatic gain takes hold a buffer late
+SONG_SPREAD = 3  # dB between any two, on the song
+PHRASE_SPREAD = 3  # dB either way from the middle, on a phrase
 
 
 def run(*words):
@@ -46,17 +65,37 @@ def shipped_presets():
     return {name: presets[name.lower()] | {"tells": tell} for name, tell in tells}
 
 
-def render(presets, *options):
-    """The measures of the song with each preset."""
+def write_phrases(folder):
+    """The songs to render, by name."""
+    songs = {"song": SONG}
+    for name, strikes in PHRASES.items():
+        track = compose.Track(name)
+        for strike in strikes:
+            track.notes(*strike)
+        songs[name] = pathlib.Path(folder) / f"{name}.mid"
+        compose.save(songs[name], [track])
+    return songs
+
+
+def render(presets, song, frames):
+    """The measures of a song with each preset."""
     with tempfile.TemporaryDirectory() as folder:
         paths = []
         for number, preset in enumerate(presets.values()):
             plist, wav = (pathlib.Path(folder) / f"{number}.{kind}" for kind in ("plist", "wav"))
             content = {key: value for key, value in preset.items() if key != "tells"}
             plist.write_bytes(plistlib.dumps(content))
-            run(BUILD / "bin/ombrix", "render", SONG, "--preset", plist, "--output", wav, *options)
+            run(BUILD / "bin/ombrix", "render", song, "--preset", plist, "--output", wav,
+                "--buffer-frames", frames)
             paths.append(wav)
         return dict(zip(presets, measures(paths)))
+
+
+def listen(presets, frames=512):
+    """Of each song, the measures with each preset."""
+    with tempfile.TemporaryDirectory() as folder:
+        songs = write_phrases(folder)
+        return {name: render(presets, song, frames) for name, song in songs.items()}
 
 
 def set_preamp(name, preamp):
@@ -69,13 +108,18 @@ def set_preamp(name, preamp):
     TABLE.write_text(text[:start] + block + (text[end:] if end > 0 else "\n"))
 
 
-def balance(rounds=6):
+def balance(rounds=4):
     for _ in range(rounds):
         presets = shipped_presets()
-        for name, found in render(presets).items():
-            change = 10 ** ((LOUDNESS - found["loudness"]) / 25)  # the automatic gain pushes back
-            if abs(LOUDNESS - found["loudness"]) > 0.25:
-                set_preamp(name, min(max(presets[name]["preamp"] * change, 0.01), 1.25))
+        found = listen(presets)
+        for name, preset in presets.items():
+            heard = [song[name] for song in found.values()]
+            wanted = LOUDNESS + TRIM.get(name, 0)
+            short = wanted - statistics.mean(m["loudness"] for m in heard)
+            change = 10 ** (short / 25)  # the automatic gain pushes back
+            change = min(change, CEILING / max(m["peak"] for m in heard))
+            if abs(change - 1) > 0.025:
+                set_preamp(name, min(max(preset["preamp"] * change, 0.01), 1.25))
 
 
 def wave_rows():
@@ -112,18 +156,26 @@ def write_page(name, rows):
     PAGE.write_text(head + begin + "\n".join(rows) + "\n" + end + rest.split(end)[1])
 
 
-def faults(found):
+def faults(song, found):
     loud = {name: m["loudness"] for name, m in found.items()}
     quietest, loudest = min(loud, key=loud.get), max(loud, key=loud.get)
-    print(f"{len(found)} presets, {loud[quietest]:.1f} LUFS ({quietest}) to {loud[loudest]:.1f} "
-          f"({loudest})")
-    if loud[loudest] - loud[quietest] > SPREAD:
-        yield f"{loudest} is more than {SPREAD} dB louder than {quietest}"
+    middle = statistics.median(loud.values())
+    print(f"{song}: {loud[quietest]:.1f} LUFS ({quietest}) to {loud[loudest]:.1f} ({loudest}), "
+          f"middle {middle:.1f}")
+    if song == "song" and loud[loudest] - loud[quietest] > SONG_SPREAD:
+        yield f"{loudest} is more than {SONG_SPREAD} dB louder than {quietest}"
     for name, m in found.items():
-        if m["clips"]:
-            yield f"{name} clips {m['clips']:.0f} times"
+        if abs(m["loudness"] - middle) > PHRASE_SPREAD:
+            yield f"{name} is {m['loudness'] - middle:+.1f} dB from the others in the {song}"
         if m["loudness"] < -40 or m["gap"] > 1:
-            yield f"{name} is silent, at least for {m['gap']:.1f} s"
+            yield f"{name} is silent in the {song}, at least for {m['gap']:.1f} s"
+
+
+def clips(frames, found):
+    for song, presets_found in found.items():
+        for name, m in presets_found.items():
+            if m["clips"]:
+                yield f"{name} clips {m['clips']:.0f} times in the {song}, {frames} frames a buffer"
 
 
 def main():
@@ -132,10 +184,12 @@ def main():
     if parser.parse_args().balance:
         balance()
     presets = shipped_presets()
-    found = render(presets)
+    found = {frames: listen(presets, frames) for frames in BUFFERS}
     write_page("waves", wave_rows())
-    write_page("presets", preset_rows(presets, found))
-    wrong = list(faults(found))
+    write_page("presets", preset_rows(presets, found[512]["song"]))
+    wrong = [line for frames, heard in found.items() for line in clips(frames, heard)]
+    for song, heard in found[512].items():
+        wrong += faults(song, heard)
     print("\n".join(wrong))
     raise SystemExit(1 if wrong else 0)
 
