@@ -97,8 +97,8 @@ class Conversion : public OpaqueAudioConverter {
         while (m_ready == 0 && !m_inputEnded) {
             std::uint32_t frames = kFramesAtATime;
             AudioBufferList input = AudioBufferList::single(nullptr, 0, 0);
-            AudioStreamPacketDescription* descriptions = nullptr;
-            if (const OSStatus status = inputProc(this, &frames, &input, &descriptions, userData))
+            // Packets are frames of one size here, so nobody has to describe them.
+            if (const OSStatus status = inputProc(this, &frames, &input, nullptr, userData))
                 return status;
             frames = std::min(frames, input.mBuffers[0].mDataByteSize / m_sourceFrameBytes);
             m_inputEnded = frames == 0;

@@ -27,6 +27,7 @@ inline constexpr OSStatus kAudioConverterErr_InvalidOutputSize =
 
 /// Supplies input: *ioPackets is the number wanted, then the number supplied; 0 ends the input for
 /// good. `ioData` gets the place of the packets, which must stay until the next call.
+/// `outDescriptions` is null unless the packets have to be described.
 using AudioConverterComplexInputDataProc =
     OSStatus (*)(AudioConverterRef converter, std::uint32_t* ioPackets, AudioBufferList* ioData,
                  AudioStreamPacketDescription** outDescriptions, void* userData);

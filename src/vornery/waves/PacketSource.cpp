@@ -17,7 +17,8 @@ OSStatus PacketSource::supply(AudioConverterRef, std::uint32_t* ioPackets, Audio
                               AudioStreamPacketDescription** outDescriptions, void* userData) {
     auto& self = *static_cast<PacketSource*>(userData);
     std::uint32_t bytes = kPieceBytes;
-    auto* descriptions = self.m_descriptions.empty() ? nullptr : self.m_descriptions.data();
+    auto* descriptions =
+        outDescriptions && !self.m_descriptions.empty() ? self.m_descriptions.data() : nullptr;
     const std::uint32_t packets =
         self.m_file.readPackets(self.m_staging.data(), self.m_packet, &bytes, descriptions);
     if (outDescriptions)
