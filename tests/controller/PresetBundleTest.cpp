@@ -1,4 +1,5 @@
 #include "parameters/PresetBundle.h"
+#include "parameters/PresetNames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -258,7 +259,7 @@ TEST_F(PresetBundles, comeAsPlainListsToo) {
         return import(m_scratch.file("list.plist"));
     };
     const auto store = [&] {
-        return PropertyListValue::Dictionary{{PresetStore::keyOf(one.name), one.toPropertyList()},
+        return PropertyListValue::Dictionary{{PresetNames::keyOf(one.name), one.toPropertyList()},
                                              {"other", other.toPropertyList()},
                                              {"version of a newer store", 7}};
     };

@@ -59,7 +59,7 @@ std::string entry(const std::string& key, const std::string& values) {
 }
 
 std::string named(const std::string& name, const std::string& values = "") {
-    return entry(PresetStore::keyOf(name), "<key>name</key><string>" + name + "</string>" + values);
+    return entry(PresetNames::keyOf(name), "<key>name</key><string>" + name + "</string>" + values);
 }
 
 std::string value(const std::string& key, const std::string& xml) {
@@ -183,7 +183,7 @@ TEST_F(PresetStoreTest, keepsWhatItDoesNotKnow) {
     for (const char* key : {"old", "elsewhere", "nameless", "twin"}) {
         ASSERT_TRUE(entries.contains(key)) << key;
         const auto& preset = *entries.at(key).dictionary();
-        EXPECT_EQ(PresetStore::keyOf(*preset.at("name").string()), key);
+        EXPECT_EQ(PresetNames::keyOf(*preset.at("name").string()), key);
         EXPECT_EQ(*preset.at("colour").string(), "blue");
         EXPECT_TRUE(preset.at("tree").dictionary());
     }

@@ -70,14 +70,6 @@ PresetStore::PresetStore(std::string path, std::string shipped, Tell tell)
     open();
 }
 
-std::string PresetStore::keyOf(const std::string& name) {
-    return PresetNames::keyOf(name);
-}
-
-std::string PresetStore::trimmed(const std::string& name) {
-    return PresetNames::trimmed(name);
-}
-
 int PresetStore::hasPresetWithName(const std::string& name) const {
     const Preset* preset = find(name);
     return !preset ? 0 : preset->isProtected ? -1 : 1;
@@ -150,12 +142,12 @@ std::string PresetStore::rename(const std::string& from, const std::string& to) 
     return change([&](PresetList& list) {
         if (const std::string fault = untouchable(list, from); !fault.empty())
             return fault;
-        const bool otherName = keyOf(from) != keyOf(to);
+        const bool otherName = PresetNames::keyOf(from) != PresetNames::keyOf(to);
         if (otherName && list.find(to))
             return subjectOf(to) + "there is one of this name already";
         Preset preset = *list.find(from);
         preset.name = PresetNames::trimmed(to);
-        list.presets.erase(keyOf(from));
+        list.presets.erase(PresetNames::keyOf(from));
         list.put(std::move(preset));
         return std::string();
     });
@@ -165,7 +157,7 @@ std::string PresetStore::remove(const std::string& name) {
     return change([&](PresetList& list) {
         std::string fault = untouchable(list, name);
         if (fault.empty())
-            list.presets.erase(keyOf(name));
+            list.presets.erase(PresetNames::keyOf(name));
         return fault;
     });
 }

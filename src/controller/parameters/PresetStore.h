@@ -42,10 +42,6 @@ class PresetStore {
     /// Afterwards `presets` have the names that they got. Answers as `save` does.
     [[nodiscard]] std::string add(std::vector<Preset>& presets, bool replace);
 
-    /// The key of a preset in the store: trimmed of white space and line ends, lower-cased.
-    static std::string keyOf(const std::string& name);
-    static std::string trimmed(const std::string& name);
-
   private:
     /// Changes the list, or answers why not.
     using Change = std::function<std::string(PresetList& list)>;
