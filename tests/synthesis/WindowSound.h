@@ -1,9 +1,14 @@
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
+#include <atomic>
 #include <memory>
+#include <thread>
 #include <vector>
 
+#include "RenderWatch.h"
 #include "TestUnits.h"
 #include "WaveAccess.h"
 #include "runloop/Clock.h"
@@ -125,6 +130,30 @@ class HandClock final : public TimeSource {
   private:
     double m_now = 0;
 };
+
+/// Renders buffer after buffer on a thread of its own while this one makes changes; after every
+/// other change, as the dice fall, a whole buffer is waited for.
+template <typename Render, typename Change>
+void changeWhileRendering(HandClock& clock, Dice& dice, Render renderBuffer, Change change) {
+    std::atomic<bool> done{false};
+    std::atomic<int> buffers{0};
+    RenderWatch watch;
+    std::thread audio([&] {
+        for (; !done; ++buffers)
+            renderBuffer();
+    });
+    for (int i = 0; i < 500; ++i) {
+        change();
+        clock.pass(0.1);
+        if (dice.oneIn(2)) {
+            for (const int seen = buffers; buffers < seen + 2;)
+                std::this_thread::yield();
+        }
+    }
+    done = true;
+    audio.join();
+    EXPECT_THAT(watch.violations(), testing::IsEmpty());
+}
 
 inline std::int16_t steps(float value) {
     if (!(value < 32767.f))
