@@ -3,13 +3,13 @@
 #include <array>
 #include <string_view>
 
-struct GrainMode {
+struct GrainModeItem {
     std::string_view name;
     std::string_view image;
 };
 
 /// In the order of the numbers that voices and presets hold, 0 to 6.
-inline constexpr std::array<GrainMode, 7> kGrainModes = {{
+inline constexpr std::array<GrainModeItem, 7> kGrainModes = {{
     {"Static", "Grain-Static.png"},
     {"Linear", "Grain-Linear.png"},
     {"Bounce", "Grain-Bounce.png"},

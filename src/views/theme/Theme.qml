@@ -1,0 +1,34 @@
+pragma Singleton
+import QtQuick
+
+/// Every colour, size and time of the screen. Lengths are points, times milliseconds.
+QtObject {
+    readonly property color ground: "#14110c"
+    readonly property color panel: "#1f1a12"
+    readonly property color panelRaised: "#2a2318"
+    readonly property color line: "#3a3122"
+    readonly property color amber: Qt.rgba(1.0, 0.8, 0.2, 1)
+    readonly property color amberDim: Qt.rgba(0.5, 0.4, 0.1, 1)
+    readonly property color amberDeep: Qt.rgba(0.375, 0.3, 0.075, 1)
+    readonly property color cream: Qt.rgba(1.0, 0.964, 0.847, 1)
+    readonly property color creamDim: Qt.rgba(1.0, 0.964, 0.847, 0.6)
+    readonly property color alert: "#ff5a3c"
+
+    readonly property int grid: 8
+    readonly property int halfGrid: 4
+    readonly property int panelRadius: 8
+    readonly property int buttonRadius: 6
+    readonly property int hairline: 1
+    readonly property int touchTarget: 44
+
+    readonly property string family: "Lato"
+    readonly property int labelSize: 13
+    readonly property int textSize: 15
+    readonly property int titleSize: 20
+
+    /// False where the desktop asks for less motion.
+    property bool motion: true
+    readonly property int controlTime: motion ? 150 : 0
+    readonly property int popoverTime: motion ? 250 : 0
+    readonly property int tileTime: motion ? 500 : 0
+}
