@@ -64,8 +64,9 @@ FocusScope {
         }
     }
     Rectangle {
+        x: Theme.hairline
         y: bar.height
-        width: parent.width
+        width: parent.width - 2 * x
         height: Theme.hairline
         color: Theme.line
     }
