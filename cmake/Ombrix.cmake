@@ -23,3 +23,12 @@ function(ombrix_library name)
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ombrix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
 endfunction()
+
+# ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. Its sources are globbed, so a
+# list of them, rewritten when it changes, tells that a new header is to be looked at.
+function(ombrix_moc target)
+  get_target_property(sources ${target} SOURCES)
+  set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}_sources.txt)
+  file(GENERATE OUTPUT ${list} CONTENT "${sources}")
+  set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOGEN_TARGET_DEPENDS ${list})
+endfunction()

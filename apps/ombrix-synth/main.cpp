@@ -1,10 +1,16 @@
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
+
+#include "main/MainWindow.h"
+#include "screens/MainLoop.h"
+#include "screens/OmbrixAppDelegate.h"
 
 int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
-    QQmlApplicationEngine engine;
-    engine.addImportPath("qrc:/qt/qml");
-    engine.load(QUrl("qrc:/qt/qml/Ombrix/Views/main/Main.qml"));
-    return engine.rootObjects().isEmpty() ? 1 : application.exec();
+    OmbrixAppDelegate delegate;
+    MainLoop loop;
+    delegate.applicationDidFinishLaunching(application.arguments().mid(1));
+    const MainWindow window(*delegate.viewController());
+    const int code = window.window() ? application.exec() : 1;
+    delegate.applicationWillTerminate();
+    return code;
 }

@@ -51,6 +51,8 @@ class Instrument {
     /// it belongs to.
     float parameter(ParameterId id) const;
     void setParameter(ParameterId id, float stored);
+    /// All four values of the envelope at once.
+    void setEnvelopes(const ADSRSettings& settings);
     bool syncSpeed() const;
     void setSyncSpeed(bool on);
     int grainMode() const;
@@ -66,7 +68,6 @@ class Instrument {
   private:
     void initialiseAudio(bool automaticGain);
     void makeVoice(unsigned index);
-    void setEnvelopes(const ADSRSettings& settings);
 
     Vornery& m_engine = Vornery::sharedInstance();
     Voices m_voices;

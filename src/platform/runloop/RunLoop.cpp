@@ -14,6 +14,8 @@ RunLoop& RunLoop::main() {
 RunLoop::Token RunLoop::add(double due, double every, Task task) {
     std::lock_guard guard(m_mutex);
     m_entries.push_back({m_nextToken, due, every, std::move(task)});
+    if (m_waker)
+        m_waker();
     return m_nextToken++;
 }
 
@@ -23,6 +25,11 @@ RunLoop::Token RunLoop::callAfter(double seconds, Task task) {
 
 RunLoop::Token RunLoop::callEvery(double seconds, Task task) {
     return add(Clock::monotonic() + seconds, seconds, std::move(task));
+}
+
+void RunLoop::setWaker(Task waker) {
+    std::lock_guard guard(m_mutex);
+    m_waker = std::move(waker);
 }
 
 void RunLoop::cancel(Token token) {

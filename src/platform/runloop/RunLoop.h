@@ -21,6 +21,10 @@ class RunLoop {
     /// [any thread but render] Calls `task` every `seconds`, first `seconds` from now. Turns that
     /// come late neither add calls nor shift the later ones.
     Token callEvery(double seconds, Task task);
+    /// [main] Called after every addition, by whoever adds, under the loop's own lock: for a main
+    /// thread that sleeps. Null for none. When this returns the one before is not being called.
+    void setWaker(Task waker);
+
     /// [main] The task will not be called again; it may cancel itself. Others than those known are
     /// ignored.
     void cancel(Token token);
@@ -44,5 +48,6 @@ class RunLoop {
 
     mutable std::mutex m_mutex;
     std::vector<Entry> m_entries;
+    Task m_waker;
     Token m_nextToken = 1;
 };

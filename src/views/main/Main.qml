@@ -4,6 +4,10 @@ import Ombrix.Views
 
 /// The window.
 Window {
+    id: window
+
+    required property OmbrixViewController controller
+
     width: 1280
     height: 800
     minimumWidth: 1024

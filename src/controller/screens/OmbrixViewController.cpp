@@ -1,0 +1,148 @@
+#include "screens/OmbrixViewController.h"
+
+#include "folders/Folders.h"
+
+OmbrixViewController::OmbrixViewController() {
+    m_settingsController = std::make_unique<SettingsController>(m_defaults);
+}
+
+OmbrixViewController::~OmbrixViewController() {
+    RunLoop::main().cancel(m_restore);
+}
+
+void OmbrixViewController::viewDidLoad() {
+    initialiseAudio();
+    initialiseSettings();
+    initialiseViews();
+    m_restore = RunLoop::main().callAfter(0, [this] { m_settings->restoreLastPreset(); });
+}
+
+void OmbrixViewController::initialiseAudio() {
+    m_instrument = std::make_unique<Instrument>(Settings::automaticGain(m_defaults));
+    m_instrument->play();
+}
+
+void OmbrixViewController::initialiseSettings() {
+    told(WaveChoice::makeDataFolder());
+    const std::string folder = Folders::data()->string();
+    m_place = std::make_unique<InstanceLock>(folder);
+    m_marker = std::make_unique<RunningMarker>(folder, *m_place);
+    m_unsaved = std::make_unique<UnsavedTake>(*m_place);
+    m_store = std::make_unique<PresetStore>(
+        WaveChoice::presetFilename(), WaveChoice::resource("default-presets.plist").value_or(""),
+        [this](const std::string& line) { told(line); });
+    m_settings = std::make_unique<Settings>(*m_instrument, *m_store, m_defaults, *m_unsaved,
+                                            static_cast<SettingsDelegate&>(*this));
+    m_lifecycle = std::make_unique<Lifecycle>(*m_instrument, *m_settings, *m_marker);
+}
+
+void OmbrixViewController::initialiseViews() {
+    m_take = std::make_unique<AudioTake>(m_instrument->waves(), m_unsaved.get());
+    m_performance =
+        std::make_unique<Performance>(m_instrument->notes(), m_instrument->recordingUnit());
+    m_dials = std::make_unique<DialBank>(*m_instrument, *m_settings);
+    m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
+    m_grainMode = std::make_unique<GrainModeState>(*m_instrument);
+    m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);
+    m_presetScreens = std::make_unique<PresetScreens>(
+        PresetScreens::Rooms{*m_settings, *m_store, *m_grainMode, *m_presetBar, *m_presentation,
+                             *m_alert},
+        [this](const std::string& line) { told(line); });
+    m_voices = std::make_unique<VoicesState>(*m_instrument);
+    m_wave = std::make_unique<WaveState>(m_instrument->waves());
+    m_takeScreen = std::make_unique<TakeScreen>(*m_take);
+    m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
+}
+
+void OmbrixViewController::tinkleIvory(int key) {
+    m_instrument->notes().tinkleIvory(key);
+}
+
+void OmbrixViewController::untinkleIvory(int key) {
+    m_instrument->notes().untinkleIvory(key);
+}
+
+void OmbrixViewController::silence() {
+    m_instrument->silence();
+}
+
+void OmbrixViewController::toolbarPresetClicked() {
+    m_presetScreens->toolbarPresetClicked();
+}
+
+void OmbrixViewController::toolbarSaveClicked() {
+    m_presetScreens->toolbarSaveClicked();
+}
+
+void OmbrixViewController::toolbarDeleteClicked() {
+    m_presetScreens->toolbarDeleteClicked();
+}
+
+void OmbrixViewController::toolbarSettingsClicked() {}
+void OmbrixViewController::toolbarShareClicked() {}
+
+void OmbrixViewController::grainModeClicked() {
+    m_presetScreens->grainModeClicked();
+}
+
+bool OmbrixViewController::closeTop() {
+    return m_alert->dismiss() || m_presentation->dismiss();
+}
+
+void OmbrixViewController::openFiles(const QStringList&) {}
+
+void OmbrixViewController::willForeground(bool returning) {
+    m_lifecycle->willForeground(returning);
+}
+
+void OmbrixViewController::willBackground(bool leaving) {
+    m_lifecycle->willBackground(leaving);
+}
+
+void OmbrixViewController::willTerminate() {
+    m_lifecycle->willTerminate();
+}
+
+void OmbrixViewController::pickerTitleChanged(const std::string&) {
+    if (m_presetBar)
+        m_presetBar->update();
+}
+
+void OmbrixViewController::modificationNoticeChanged(bool) {
+    if (m_presetBar)
+        m_presetBar->update();
+}
+
+void OmbrixViewController::deleteButtonChanged(bool) {
+    if (m_presetBar)
+        m_presetBar->update();
+}
+
+void OmbrixViewController::settingsUpdated() {
+    m_dials->update();
+    m_envelope->update();
+    m_grainMode->update();
+    m_wave->update();
+}
+
+void OmbrixViewController::told(const std::string& line) {
+    if (!line.empty())
+        m_notices->tell(line);
+}
+
+void OmbrixViewController::itemPicked(const QVariant& item, int index, const QString& forSource) {
+    m_presetScreens->itemPicked(item, index, forSource);
+}
+
+int OmbrixViewController::hasPresetWithName(const std::string& name) {
+    return m_presetScreens->hasPresetWithName(name);
+}
+
+void OmbrixViewController::presetController(PresetSaveController& panel, const Preset& savedPreset,
+                                            const std::string& as) {
+    m_presetScreens->presetController(panel, savedPreset, as);
+}
+
+void OmbrixViewController::sendingToAudioCopy(const QString&) {}
+void OmbrixViewController::sendingToOtherApp(const QString&) {}
+void OmbrixViewController::sendingToDropbox(const QString&) {}
