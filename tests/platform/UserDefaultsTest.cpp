@@ -18,6 +18,7 @@ TEST(UserDefaults, remembersUntilTheNextRun) {
         defaults.set("auto-gain-control", false);
         neighbour.set("current-preset", "Default Sound");
         defaults.set("current-settings", settings);
+        defaults.set("keyboard-size", -3);
         defaults.set("gone", true);
         defaults.remove("gone");
         defaults.remove("never there");
@@ -26,6 +27,8 @@ TEST(UserDefaults, remembersUntilTheNextRun) {
     EXPECT_EQ(defaults.boolean("auto-gain-control"), false);
     EXPECT_EQ(defaults.string("current-preset"), "Default Sound");
     EXPECT_EQ(defaults.dictionary("current-settings"), settings);
+    EXPECT_EQ(defaults.integer("keyboard-size"), -3);
+    EXPECT_FALSE(defaults.integer("auto-gain-control")) << "of another type";
     EXPECT_FALSE(defaults.boolean("gone"));
     EXPECT_FALSE(defaults.string("auto-gain-control")) << "of another type";
 }

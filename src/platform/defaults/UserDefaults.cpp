@@ -74,6 +74,11 @@ std::optional<bool> UserDefaults::boolean(const std::string& key) const {
     return value && value->boolean() ? std::optional(*value->boolean()) : std::nullopt;
 }
 
+std::optional<std::int64_t> UserDefaults::integer(const std::string& key) const {
+    const auto* value = find(key);
+    return value && value->integer() ? std::optional(*value->integer()) : std::nullopt;
+}
+
 std::optional<PropertyListValue::Dictionary> UserDefaults::dictionary(
     const std::string& key) const {
     const auto* value = find(key);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -21,6 +22,7 @@ class UserDefaults {
     /// Nothing when the key is absent or holds another type.
     std::optional<std::string> string(const std::string& key) const;
     std::optional<bool> boolean(const std::string& key) const;
+    std::optional<std::int64_t> integer(const std::string& key) const;
     std::optional<PropertyListValue::Dictionary> dictionary(const std::string& key) const;
 
     void set(const std::string& key, PropertyListValue value);
