@@ -14,12 +14,12 @@
 #include "screens/GrainModeState.h"
 #include "screens/ItemPickerController.h"
 #include "screens/Notices.h"
-#include "screens/PerformanceCompleteController.h"
 #include "screens/PerformanceScreen.h"
 #include "screens/Presentation.h"
 #include "screens/PresetBar.h"
 #include "screens/PresetSaveController.h"
 #include "screens/SettingsController.h"
+#include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
 #include "screens/WaveState.h"
@@ -42,6 +42,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(WaveState* wave READ wave CONSTANT)
     Q_PROPERTY(TakeScreen* take READ take CONSTANT)
     Q_PROPERTY(PerformanceScreen* performance READ performance CONSTANT)
+    Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
     Q_PROPERTY(SettingsController* settings READ settings CONSTANT)
     Q_PROPERTY(AudioSetup* audio READ audio CONSTANT)
     Q_PROPERTY(Presentation* presentation READ presentation CONSTANT)
@@ -64,6 +65,7 @@ class OmbrixViewController : public QObject,
     WaveState* wave() { return m_wave.get(); }
     TakeScreen* take() { return m_takeScreen.get(); }
     PerformanceScreen* performance() { return m_performanceScreen.get(); }
+    Sharing* sharing() { return m_sharing.get(); }
     SettingsController* settings() { return m_settingsController.get(); }
     AudioSetup* audio() { return m_audio.get(); }
     Presentation* presentation() { return m_presentation.get(); }
@@ -99,6 +101,7 @@ class OmbrixViewController : public QObject,
     void initialiseAudio();
     void initialiseSettings();
     void initialiseViews();
+    void initialiseRecording();
 
     // What the settings say.
     void pickerTitleChanged(const std::string& title) override;
@@ -139,6 +142,6 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<PerformanceScreen> m_performanceScreen;
     std::unique_ptr<ItemPickerController> m_picker;
     std::unique_ptr<PresetSaveController> m_save;
-    std::unique_ptr<PerformanceCompleteController> m_complete;
+    std::unique_ptr<Sharing> m_sharing;
     RunLoop::Token m_restore = 0;
 };
