@@ -36,7 +36,7 @@ void Sharing::shareLast(const QString& path) {
 }
 
 void Sharing::sendToAudioCopy(const QString& path) {
-    m_presentation.dismiss();
+    m_presentation.finish();
     if (!m_desktop || !isThere(path))
         return;
     m_desktop->copy(path);
@@ -44,13 +44,13 @@ void Sharing::sendToAudioCopy(const QString& path) {
 }
 
 void Sharing::sendToOtherApp(const QString& path) {
-    m_presentation.dismiss();
+    m_presentation.finish();
     if (m_desktop && isThere(path))
         m_desktop->openIn(path, [this](const QString& line) { Q_EMIT told(line); });
 }
 
 void Sharing::sendToDropbox(const QString& path) {
-    m_presentation.dismiss();
+    m_presentation.finish();
     if (!isThere(path))
         return;
     std::string error;
