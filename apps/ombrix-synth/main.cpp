@@ -1,6 +1,6 @@
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
 
+#include "main/MainWindow.h"
 #include "screens/MainLoop.h"
 #include "screens/OmbrixAppDelegate.h"
 
@@ -9,11 +9,8 @@ int main(int argc, char** argv) {
     OmbrixAppDelegate delegate;
     MainLoop loop;
     delegate.applicationDidFinishLaunching(application.arguments().mid(1));
-    QQmlApplicationEngine engine;
-    engine.addImportPath("qrc:/qt/qml");
-    engine.setInitialProperties({{"controller", QVariant::fromValue(delegate.viewController())}});
-    engine.load(QUrl("qrc:/qt/qml/Ombrix/Views/main/Main.qml"));
-    const int code = engine.rootObjects().isEmpty() ? 1 : application.exec();
+    const MainWindow window(*delegate.viewController());
+    const int code = window.window() ? application.exec() : 1;
     delegate.applicationWillTerminate();
     return code;
 }

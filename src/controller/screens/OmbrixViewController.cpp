@@ -44,6 +44,10 @@ void OmbrixViewController::initialiseViews() {
     m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
     m_grainMode = std::make_unique<GrainModeState>(*m_instrument);
     m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);
+    m_presetScreens = std::make_unique<PresetScreens>(
+        PresetScreens::Rooms{*m_settings, *m_store, *m_grainMode, *m_presetBar, *m_presentation,
+                             *m_alert},
+        [this](const std::string& line) { told(line); });
     m_voices = std::make_unique<VoicesState>(*m_instrument);
     m_wave = std::make_unique<WaveState>(m_instrument->waves());
     m_takeScreen = std::make_unique<TakeScreen>(*m_take);
@@ -62,12 +66,29 @@ void OmbrixViewController::silence() {
     m_instrument->silence();
 }
 
-void OmbrixViewController::toolbarPresetClicked() {}
-void OmbrixViewController::toolbarSaveClicked() {}
-void OmbrixViewController::toolbarDeleteClicked() {}
+void OmbrixViewController::toolbarPresetClicked() {
+    m_presetScreens->toolbarPresetClicked();
+}
+
+void OmbrixViewController::toolbarSaveClicked() {
+    m_presetScreens->toolbarSaveClicked();
+}
+
+void OmbrixViewController::toolbarDeleteClicked() {
+    m_presetScreens->toolbarDeleteClicked();
+}
+
 void OmbrixViewController::toolbarSettingsClicked() {}
 void OmbrixViewController::toolbarShareClicked() {}
-void OmbrixViewController::grainModeClicked() {}
+
+void OmbrixViewController::grainModeClicked() {
+    m_presetScreens->grainModeClicked();
+}
+
+bool OmbrixViewController::closeTop() {
+    return m_alert->dismiss() || m_presentation->dismiss();
+}
+
 void OmbrixViewController::openFiles(const QStringList&) {}
 
 void OmbrixViewController::willForeground(bool returning) {
@@ -109,14 +130,17 @@ void OmbrixViewController::told(const std::string& line) {
         m_notices->tell(line);
 }
 
-void OmbrixViewController::itemPicked(const QVariant&, int, const QString&) {}
-
-int OmbrixViewController::hasPresetWithName(const std::string& name) {
-    return m_settings->hasPresetWithName(name);
+void OmbrixViewController::itemPicked(const QVariant& item, int index, const QString& forSource) {
+    m_presetScreens->itemPicked(item, index, forSource);
 }
 
-void OmbrixViewController::presetController(const Preset& savedPreset, const std::string& as) {
-    told(m_settings->savedPreset(savedPreset, as));
+int OmbrixViewController::hasPresetWithName(const std::string& name) {
+    return m_presetScreens->hasPresetWithName(name);
+}
+
+void OmbrixViewController::presetController(PresetSaveController& panel, const Preset& savedPreset,
+                                            const std::string& as) {
+    m_presetScreens->presetController(panel, savedPreset, as);
 }
 
 void OmbrixViewController::sendingToAudioCopy(const QString&) {}

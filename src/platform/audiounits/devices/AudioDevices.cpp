@@ -142,6 +142,10 @@ std::shared_ptr<AudioDevice> AudioDevices::current() {
     return choice().device;
 }
 
+AudioDeviceState AudioDevices::state() {
+    return current()->state();
+}
+
 std::vector<AudioDeviceInfo> AudioDevices::list() {
     List all = listTogether({JackDevice::list, PulseDevice::list, AlsaDevice::list, listClock});
     // Back ends whose threads are ours are granted what the clock's is.

@@ -1,0 +1,52 @@
+import QtQuick
+import QtQuick.Window
+import Ombrix.Views
+
+/// A dial in a column of its own, with its name below it.
+Item {
+    id: column
+
+    /// The state that the dial follows, and tells what the player does.
+    required property DialState model
+
+    implicitWidth: dial.implicitWidth
+    implicitHeight: dial.implicitHeight + label.implicitHeight + Theme.halfGrid
+    opacity: enabled ? 1 : 0.4
+
+    Rectangle {
+        anchors.fill: dial
+        anchors.margins: 1
+        visible: dial.focusVisible
+        radius: width / 2
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.amber
+    }
+    ParameterDial {
+        id: dial
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        model: column.model
+        bubbleContainer: Window.contentItem
+
+        Accessible.role: Accessible.Slider
+        Accessible.name: label.text
+        Accessible.description: spokenText
+        Accessible.focusable: true
+        Accessible.onIncreaseAction: accessibilityIncrement()
+        Accessible.onDecreaseAction: accessibilityDecrement()
+        Accessible.onPressAction: doubleTapped()
+    }
+    Text {
+        id: label
+
+        anchors.top: dial.bottom
+        width: parent.width
+        text: column.model ? column.model.name : ""
+        color: dial.pressed || dial.focusVisible ? Theme.cream : Theme.creamDim
+        font.family: Theme.family
+        font.pixelSize: Theme.labelSize
+        horizontalAlignment: Text.AlignHCenter
+        elide: Text.ElideRight
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+class OmbrixViewController;
+
+/// The window of the instrument, made from Main.qml and bound to its controller. [main]
+class MainWindow {
+  public:
+    /// The controller has loaded its view, and outlives the window.
+    explicit MainWindow(OmbrixViewController& controller);
+
+    /// Null when the window could not be made.
+    QQuickWindow* window() const;
+
+  private:
+    QQmlApplicationEngine m_engine;
+};
