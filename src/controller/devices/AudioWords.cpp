@@ -25,9 +25,12 @@ QString backEnd(const AudioDeviceInfo& device) {
                                             : QString::fromStdString(device.description);
 }
 
-QString absence(const std::string& wanted) {
+QString absence(const AudioDeviceState& presence, const std::string& wanted) {
     if (wanted == "clock")
         return Words::tr("Playing without sound, as chosen.");
+    if (presence.presence == AudioDeviceState::Presence::lost)
+        return Words::tr("The device %1 went away; looking for it every second.")
+            .arg(QString::fromStdString(presence.name));
     if (wanted.empty())
         return Words::tr("No sound device answers; looking for one every second.");
     return Words::tr("The device %1 does not answer; looking for it every second.")
@@ -47,11 +50,12 @@ QString AudioWords::deviceTitle(const AudioDeviceInfo& device) {
     return Words::tr("%1 (%2)").arg(backEnd(device), QString::fromStdString(which));
 }
 
-QString AudioWords::state(const AudioDeviceInfo& playing, const std::string& wanted) {
+QString AudioWords::state(const AudioDeviceInfo& playing, const AudioDeviceState& presence,
+                          const std::string& wanted) {
     if (playing.name.empty() || playing.rate == 0)
         return Words::tr("The sound is switched off.");
     if (isClock(playing))
-        return absence(wanted);
+        return absence(presence, wanted);
     return Words::tr("Playing through %1 at %2 Hz, %3 frames, %4 ms.")
         .arg(deviceTitle(playing), QString::number(playing.rate, 'f', 0),
              QString::number(playing.periodFrames), milliseconds(playing.latencySeconds));

@@ -12,8 +12,9 @@ namespace AudioWords {
 QString deviceTitle(const AudioDeviceInfo& device);
 
 /// What is played through, and how late that is heard; or that no device answers, where `wanted` is
-/// the name that was chosen ("" any).
-QString state(const AudioDeviceInfo& playing, const std::string& wanted);
+/// the name that was chosen ("" any), or that one went away.
+QString state(const AudioDeviceInfo& playing, const AudioDeviceState& presence,
+              const std::string& wanted);
 
 /// Whether real-time priority was granted, and how many periods were lost. Empty without a device.
 QString health(const AudioDeviceInfo& playing);

@@ -92,7 +92,7 @@ void AudioSetup::refresh() {
 }
 
 QString AudioSetup::state() const {
-    return AudioWords::state(m_playing, AudioDevices::chosen());
+    return AudioWords::state(m_playing, AudioDevices::state(), AudioDevices::chosen());
 }
 
 QString AudioSetup::health() const {
@@ -110,7 +110,7 @@ QVariantList AudioSetup::devices() const {
                    device.name == chosen);
     if (!chosen.empty() && !answers(chosen))
         rows += option(chosen, QString::fromStdString(chosen),
-                       m_found.devices.empty() ? QString() : tr("does not answer"), true);
+                       isOf(m_playing, "clock") ? tr("does not answer") : QString(), true);
     return rows;
 }
 

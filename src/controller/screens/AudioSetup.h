@@ -43,7 +43,7 @@ class AudioSetup : public QObject {
 
     void setShown(bool shown);
 
-    /// The audio server in words.
+    /// In words: what plays, or that nothing answers; then priority and lost periods.
     QString state() const;
     QString health() const;
     /// Why the last choice was not followed; empty when it was.
@@ -70,7 +70,7 @@ class AudioSetup : public QObject {
   Q_SIGNALS:
     void changed();
     void inputLevelChanged();
-    /// One line for the user: a device was lost, or came back.
+    /// One line for the user: why a choice was not followed.
     void told(const QString& line);
 
   private:

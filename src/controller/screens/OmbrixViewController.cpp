@@ -52,6 +52,9 @@ void OmbrixViewController::initialiseViews() {
     m_wave = std::make_unique<WaveState>(m_instrument->waves());
     m_takeScreen = std::make_unique<TakeScreen>(*m_take);
     m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
+    m_audio->setHost([this] { m_instrument->silence(); }, [this] { return m_take->recording(); });
+    connect(m_presentation.get(), &Presentation::changed, m_audio.get(),
+            [this] { m_audio->setShown(m_presentation->content() == m_settingsController.get()); });
 }
 
 void OmbrixViewController::tinkleIvory(int key) {
@@ -78,7 +81,12 @@ void OmbrixViewController::toolbarDeleteClicked() {
     m_presetScreens->toolbarDeleteClicked();
 }
 
-void OmbrixViewController::toolbarSettingsClicked() {}
+void OmbrixViewController::toolbarSettingsClicked() {
+    if (!m_presentation->canPresent(Presentation::kSettings))
+        return;
+    m_settingsController->willAppear();
+    m_presentation->present(Presentation::kSettings, m_settingsController.get());
+}
 void OmbrixViewController::toolbarShareClicked() {}
 
 void OmbrixViewController::grainModeClicked() {
