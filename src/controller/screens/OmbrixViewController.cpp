@@ -56,23 +56,16 @@ void OmbrixViewController::initialiseViews() {
 void OmbrixViewController::initialiseRecording() {
     m_takeScreen = std::make_unique<TakeScreen>(*m_take);
     m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
-    m_sharing = std::make_unique<Sharing>(*m_presentation,
-                                          static_cast<PerformanceCompleteDelegate&>(*this));
-    const auto tell = [this](const QString& line) { told(line.toStdString()); };
-    connect(m_takeScreen.get(), &TakeScreen::problem, this, tell);
-    connect(m_takeScreen.get(), &TakeScreen::alert, this,
-            [this](const QString& title, const QString& message, const QString& button) {
-                m_alert->show({0, title, message, button, {}, false}, {});
-            });
-    connect(m_takeScreen.get(), &TakeScreen::taken, this, [this] {
-        m_wave->update();
-        m_settings->modify();
-    });
-    connect(m_performanceScreen.get(), &PerformanceScreen::problem, this, tell);
-    connect(m_performanceScreen.get(), &PerformanceScreen::complete, m_sharing.get(),
-            &Sharing::performanceComplete);
-    connect(m_sharing.get(), &Sharing::told, this, tell);
-    connect(m_sharing.get(), &Sharing::arrived, this, &OmbrixViewController::openFiles);
+void OmbrixViewController::toolbarSettingsClicked() {
+    if (!m_presentation->canPresent(Presentation::kSettings))
+        return;
+    m_settingsController->willAppear();
+    m_presentation->present(Presentation::kSettings, m_settingsController.get());
+}
+
+void OmbrixViewController::toolbarShareClicked() {
+    m_sharing->shareLast(QString::fromStdString(m_performance->recordingPerformanceLastFilename()));
+}
 }
 
 void OmbrixViewController::tinkleIvory(int key) {
@@ -99,11 +92,21 @@ void OmbrixViewController::toolbarDeleteClicked() {
     m_presetScreens->toolbarDeleteClicked();
 }
 
+<<<<<<< HEAD
 void OmbrixViewController::toolbarSettingsClicked() {}
 
 void OmbrixViewController::toolbarShareClicked() {
     m_sharing->shareLast(QString::fromStdString(m_performance->recordingPerformanceLastFilename()));
 }
+=======
+void OmbrixViewController::toolbarSettingsClicked() {
+    if (!m_presentation->canPresent(Presentation::kSettings))
+        return;
+    m_settingsController->willAppear();
+    m_presentation->present(Presentation::kSettings, m_settingsController.get());
+}
+void OmbrixViewController::toolbarShareClicked() {}
+>>>>>>> settings
 
 void OmbrixViewController::grainModeClicked() {
     m_presetScreens->grainModeClicked();
