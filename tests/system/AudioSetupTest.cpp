@@ -13,6 +13,7 @@
 #include "PulseServer.h"
 #include "RenderWatch.h"
 #include "ScratchFolder.h"
+#include "VornWave2.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "startup/Instrument.h"
 
@@ -28,7 +29,7 @@ class AudioSetupServersTest : public testing::Test {
     void open() {
         setenv("OMBRIX_DATA", m_folder.path().c_str(), 1);
         m_instrument.emplace(true);
-        m_instrument->updateSettingsFromPreset(Preset{});
+        useSound();
         m_watch.emplace();
         m_instrument->play();
         m_audio.setHost([this] { ++m_switches; }, [] { return false; });
@@ -40,6 +41,17 @@ class AudioSetupServersTest : public testing::Test {
         m_instrument->stop();
         EXPECT_THAT(m_watch->violations(), IsEmpty());
         m_watch.reset();
+    }
+    // A wave of 441 Hz, without end as far as the tests go.
+    void useSound() {
+        SampleMemory samples(441000);
+        for (int i = 0; i < 441000; ++i)
+            samples.data()[i] = i / 50 % 2 ? 0.8f : -0.8f;
+        m_instrument->waves().useUnsaved(VornWave2::initWithOwnershipOfData(
+            std::move(samples), 441000, StreamDescription::float32(1), "Recording"));
+        m_instrument->setParameter(ParameterId::grainSpeed, 1);
+        m_instrument->setParameter(ParameterId::grainSize, 0.5f);
+        m_instrument->setParameter(ParameterId::preamp, 1);
     }
     static bool comesTo(const std::function<bool()>& truth) {
         for (int i = 0; i < 1000 && !truth(); ++i) {
