@@ -16,4 +16,6 @@ struct AudioOption {
     QString title;   // what is shown
     QString detail;  // smaller, beside it; may be empty
     bool chosen = false;
+
+    bool operator==(const AudioOption&) const = default;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "audiounits/devices/AudioDevices.h"
@@ -10,9 +11,10 @@
 
 namespace {
 
-constexpr double kTick = 0.05;            // seconds between looks at the meter
-constexpr int kTicksToRefresh = 10;       // between looks at the device
-constexpr float kFall = 0.8f;             // of the meter, at each tick
+constexpr double kTick = 0.05;       // seconds between looks at the meter
+constexpr int kTicksToRefresh = 10;  // between looks at the device
+constexpr float kFall = 0.8f;        // of the meter, at each tick
+constexpr float kMeterDecibels = 60;
 constexpr float kUnseen = 1.f / 32768.f;  // below this it stands at 0
 constexpr std::array<std::uint32_t, 6> kBufferFrames{64, 128, 256, 512, 1024, 2048};
 
@@ -88,7 +90,14 @@ void AudioSetup::updateLevel() {
 
 void AudioSetup::refresh() {
     m_playing = AudioDevices::current()->info();
+    Offer offer{deviceRows(), bufferRows(), inputRows()};
+    if (std::exchange(m_offer, offer) != offer)
+        Q_EMIT offerChanged();
     Q_EMIT changed();
+}
+
+float AudioSetup::meter() const {
+    return m_level > 0 ? std::max(0.f, 1.f + 20.f * std::log10(m_level) / kMeterDecibels) : 0;
 }
 
 QString AudioSetup::state() const {
@@ -99,7 +108,7 @@ QString AudioSetup::health() const {
     return AudioWords::health(m_playing);
 }
 
-QVariantList AudioSetup::devices() const {
+QVariantList AudioSetup::deviceRows() const {
     const std::string chosen = AudioDevices::chosen();
     QVariantList rows{option("", tr("Automatic"), tr("the first that answers"), chosen.empty())};
     for (const AudioDeviceInfo& device : m_found.devices)
@@ -119,7 +128,7 @@ bool AudioSetup::answers(const std::string& device) const {
            m_found.devices.end();
 }
 
-QVariantList AudioSetup::bufferSizes() const {
+QVariantList AudioSetup::bufferRows() const {
     if (isOf(m_playing, "jack"))
         return {};
     const std::uint32_t chosen = AudioDevices::preferredPeriod();
@@ -136,7 +145,7 @@ QString AudioSetup::bufferNote() const {
     return tr("Short buffers answer keys sooner, long ones never crackle.");
 }
 
-QVariantList AudioSetup::inputs() const {
+QVariantList AudioSetup::inputRows() const {
     if (!isOf(m_playing, "pulse:"))
         return {};
     const std::string chosen = AudioDevices::input();

@@ -22,12 +22,12 @@ class AudioSetup : public QObject {
     Q_PROPERTY(QString health READ health NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     Q_PROPERTY(bool looking READ looking NOTIFY changed)
-    Q_PROPERTY(QVariantList devices READ devices NOTIFY changed)
-    Q_PROPERTY(QVariantList bufferSizes READ bufferSizes NOTIFY changed)
-    Q_PROPERTY(QVariantList inputs READ inputs NOTIFY changed)
+    Q_PROPERTY(QVariantList devices READ devices NOTIFY offerChanged)
+    Q_PROPERTY(QVariantList bufferSizes READ bufferSizes NOTIFY offerChanged)
+    Q_PROPERTY(QVariantList inputs READ inputs NOTIFY offerChanged)
     Q_PROPERTY(QString bufferNote READ bufferNote NOTIFY changed)
     Q_PROPERTY(QString inputNote READ inputNote NOTIFY changed)
-    Q_PROPERTY(float inputLevel READ inputLevel NOTIFY inputLevelChanged)
+    Q_PROPERTY(float meter READ meter NOTIFY inputLevelChanged)
 
   public:
     /// Before the engine plays first: what was kept from an earlier run is used from now on. One
@@ -52,14 +52,16 @@ class AudioSetup : public QObject {
     bool looking() const { return m_survey.underWay(); }
 
     /// AudioOptions. Lists that are empty cannot be chosen from; the note says why.
-    QVariantList devices() const;
-    QVariantList bufferSizes() const;
-    QVariantList inputs() const;
+    QVariantList devices() const { return m_offer.devices; }
+    QVariantList bufferSizes() const { return m_offer.bufferSizes; }
+    QVariantList inputs() const { return m_offer.inputs; }
     QString bufferNote() const;
     QString inputNote() const;
 
     /// 0 to 1 of full scale; falls slowly.
     float inputLevel() const { return m_level; }
+    /// How far the meter is lit, 0 to 1: its lower end is 60 dB below full scale.
+    float meter() const;
 
     /// By the name of an option. A device that does not answer is found out before the sound is
     /// interrupted.
@@ -69,6 +71,8 @@ class AudioSetup : public QObject {
 
   Q_SIGNALS:
     void changed();
+    /// What can be chosen, or what of it is chosen.
+    void offerChanged();
     void inputLevelChanged();
     /// One line for the user: why a choice was not followed.
     void told(const QString& line);
@@ -82,6 +86,9 @@ class AudioSetup : public QObject {
     void change(const AudioChoice& wanted);
     void refuse(const QString& why);
     bool answers(const std::string& device) const;
+    QVariantList deviceRows() const;
+    QVariantList bufferRows() const;
+    QVariantList inputRows() const;
 
     UserDefaults& m_defaults;
     std::function<void()> m_silence = [] {};
@@ -91,6 +98,10 @@ class AudioSetup : public QObject {
     AudioSurvey m_survey;
     AudioSurvey::Found m_found;
     AudioDeviceInfo m_playing;
+    struct Offer {
+        QVariantList devices, bufferSizes, inputs;
+        bool operator==(const Offer&) const = default;
+    } m_offer;
     QString m_wantedDevice;  // chosen, and now looked for
     bool m_deviceWanted = false;
     QString m_problem;

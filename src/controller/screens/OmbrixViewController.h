@@ -108,6 +108,7 @@ class OmbrixViewController : public QObject,
     void initialiseSettings();
     void initialiseViews();
     void initialiseRecording();
+    void initialiseAudioSetup();
 
     // What the settings say.
     void pickerTitleChanged(const std::string& title) override;
