@@ -67,16 +67,21 @@ TEST_F(DeviceSupervisorTest, theFirstThatWorksIsTakenAndTheClockNotEvenStarted) 
 TEST_F(DeviceSupervisorTest, theUserIsToldOnceAndADeviceTakenWhenItAppears) {
     testing::internal::CaptureStderr();
     m_first->present = m_second->present = false;
+    using Presence = AudioDeviceState::Presence;
+    EXPECT_EQ(m_supervisor.state().presence, Presence::starting);
     m_supervisor.start(m_client, false);
-    for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(m_supervisor.state(), (AudioDeviceState{Presence::absent, "", kAbsence, 0}));
+    for (unsigned i = 0; i < 3; ++i) {
         EXPECT_TRUE(comesTo("clock"));
         EXPECT_TRUE(m_client.playsOn());
         m_second->present = m_second->alive = true;
         EXPECT_TRUE(comesTo("second"));
+        EXPECT_EQ(m_supervisor.state(), (AudioDeviceState{Presence::playing, "second", "", i}));
         EXPECT_TRUE(m_client.playsOn());
         m_second->present = m_second->alive = false;
     }
     EXPECT_TRUE(comesTo("clock"));
+    EXPECT_EQ(m_supervisor.state(), (AudioDeviceState{Presence::lost, "second", "", 3}));
     EXPECT_GE(m_supervisor.info().xruns, 4u) << "those of earlier devices count too";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), kSaid);
 }

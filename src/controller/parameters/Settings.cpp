@@ -115,6 +115,10 @@ std::string Settings::storeWaveOf(Preset& preset) {
     WaveChoice& waves = m_instrument.waves();
     if (!waves.currentWave())
         return "";
+    if (const auto stored = waves.currentWaveFilename()) {  // by an attempt that failed after it
+        preset.wave = stored;
+        return "";
+    }
     const std::string wave =
         WaveChoice::findAvailableWaveName(PresetNames::fileNameFor(preset.name)) + ".wav";
     const std::string error =

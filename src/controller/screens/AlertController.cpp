@@ -18,3 +18,9 @@ void AlertController::clickedButtonAtIndex(int button) {
     if (answer)
         answer(m_alert.tag, button);
 }
+
+bool AlertController::dismiss() {
+    const bool shown = m_shown;
+    clickedButtonAtIndex(0);
+    return shown;
+}

@@ -37,6 +37,8 @@ class AlertController : public QObject {
     /// Replaces one that is shown, which counts as cancelled.
     void show(Alert alert, Answer answer);
     Q_INVOKABLE void clickedButtonAtIndex(int button);
+    /// Cancels it. False when none was shown.
+    Q_INVOKABLE bool dismiss();
 
   Q_SIGNALS:
     void changed();

@@ -44,10 +44,35 @@ void OmbrixViewController::initialiseViews() {
     m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
     m_grainMode = std::make_unique<GrainModeState>(*m_instrument);
     m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);
+    m_presetScreens = std::make_unique<PresetScreens>(
+        PresetScreens::Rooms{*m_settings, *m_store, *m_grainMode, *m_presetBar, *m_presentation,
+                             *m_alert},
+        [this](const std::string& line) { told(line); });
     m_voices = std::make_unique<VoicesState>(*m_instrument);
     m_wave = std::make_unique<WaveState>(m_instrument->waves());
+    initialiseRecording();
+}
+
+void OmbrixViewController::initialiseRecording() {
     m_takeScreen = std::make_unique<TakeScreen>(*m_take);
     m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
+    m_sharing = std::make_unique<Sharing>(*m_presentation,
+                                          static_cast<PerformanceCompleteDelegate&>(*this));
+    const auto tell = [this](const QString& line) { told(line.toStdString()); };
+    connect(m_takeScreen.get(), &TakeScreen::problem, this, tell);
+    connect(m_takeScreen.get(), &TakeScreen::alert, this,
+            [this](const QString& title, const QString& message, const QString& button) {
+                m_alert->show({0, title, message, button, {}, false}, {});
+            });
+    connect(m_takeScreen.get(), &TakeScreen::taken, this, [this] {
+        m_wave->update();
+        m_settings->modify();
+    });
+    connect(m_performanceScreen.get(), &PerformanceScreen::problem, this, tell);
+    connect(m_performanceScreen.get(), &PerformanceScreen::complete, m_sharing.get(),
+            &Sharing::performanceComplete);
+    connect(m_sharing.get(), &Sharing::told, this, tell);
+    connect(m_sharing.get(), &Sharing::arrived, this, &OmbrixViewController::openFiles);
 }
 
 void OmbrixViewController::tinkleIvory(int key) {
@@ -62,12 +87,32 @@ void OmbrixViewController::silence() {
     m_instrument->silence();
 }
 
-void OmbrixViewController::toolbarPresetClicked() {}
-void OmbrixViewController::toolbarSaveClicked() {}
-void OmbrixViewController::toolbarDeleteClicked() {}
+void OmbrixViewController::toolbarPresetClicked() {
+    m_presetScreens->toolbarPresetClicked();
+}
+
+void OmbrixViewController::toolbarSaveClicked() {
+    m_presetScreens->toolbarSaveClicked();
+}
+
+void OmbrixViewController::toolbarDeleteClicked() {
+    m_presetScreens->toolbarDeleteClicked();
+}
+
 void OmbrixViewController::toolbarSettingsClicked() {}
-void OmbrixViewController::toolbarShareClicked() {}
-void OmbrixViewController::grainModeClicked() {}
+
+void OmbrixViewController::toolbarShareClicked() {
+    m_sharing->shareLast(QString::fromStdString(m_performance->recordingPerformanceLastFilename()));
+}
+
+void OmbrixViewController::grainModeClicked() {
+    m_presetScreens->grainModeClicked();
+}
+
+bool OmbrixViewController::closeTop() {
+    return m_alert->dismiss() || m_presentation->dismiss();
+}
+
 void OmbrixViewController::openFiles(const QStringList&) {}
 
 void OmbrixViewController::willForeground(bool returning) {
@@ -75,6 +120,7 @@ void OmbrixViewController::willForeground(bool returning) {
 }
 
 void OmbrixViewController::willBackground(bool leaving) {
+    m_takeScreen->waveRecordUp();
     m_lifecycle->willBackground(leaving);
 }
 
@@ -109,16 +155,27 @@ void OmbrixViewController::told(const std::string& line) {
         m_notices->tell(line);
 }
 
-void OmbrixViewController::itemPicked(const QVariant&, int, const QString&) {}
+void OmbrixViewController::itemPicked(const QVariant& item, int index, const QString& forSource) {
+    m_presetScreens->itemPicked(item, index, forSource);
+}
 
 int OmbrixViewController::hasPresetWithName(const std::string& name) {
-    return m_settings->hasPresetWithName(name);
+    return m_presetScreens->hasPresetWithName(name);
 }
 
-void OmbrixViewController::presetController(const Preset& savedPreset, const std::string& as) {
-    told(m_settings->savedPreset(savedPreset, as));
+void OmbrixViewController::presetController(PresetSaveController& panel, const Preset& savedPreset,
+                                            const std::string& as) {
+    m_presetScreens->presetController(panel, savedPreset, as);
 }
 
-void OmbrixViewController::sendingToAudioCopy(const QString&) {}
-void OmbrixViewController::sendingToOtherApp(const QString&) {}
-void OmbrixViewController::sendingToDropbox(const QString&) {}
+void OmbrixViewController::sendingToAudioCopy(const QString& path) {
+    m_sharing->sendToAudioCopy(path);
+}
+
+void OmbrixViewController::sendingToOtherApp(const QString& path) {
+    m_sharing->sendToOtherApp(path);
+}
+
+void OmbrixViewController::sendingToDropbox(const QString& path) {
+    m_sharing->sendToDropbox(path);
+}

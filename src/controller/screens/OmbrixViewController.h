@@ -12,14 +12,13 @@
 #include "screens/DialBank.h"
 #include "screens/EnvelopeState.h"
 #include "screens/GrainModeState.h"
-#include "screens/ItemPickerController.h"
 #include "screens/Notices.h"
-#include "screens/PerformanceCompleteController.h"
 #include "screens/PerformanceScreen.h"
 #include "screens/Presentation.h"
 #include "screens/PresetBar.h"
-#include "screens/PresetSaveController.h"
+#include "screens/PresetScreens.h"
 #include "screens/SettingsController.h"
+#include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
 #include "screens/WaveState.h"
@@ -30,8 +29,6 @@
 /// the player does to them. It knows no item of the screen; the screen binds to it. [main]
 class OmbrixViewController : public QObject,
                              private SettingsDelegate,
-                             private ItemPickerDelegate,
-                             private PresetSaveDelegate,
                              private PerformanceCompleteDelegate {
     Q_OBJECT
     Q_PROPERTY(DialBank* dials READ dials CONSTANT)
@@ -42,6 +39,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(WaveState* wave READ wave CONSTANT)
     Q_PROPERTY(TakeScreen* take READ take CONSTANT)
     Q_PROPERTY(PerformanceScreen* performance READ performance CONSTANT)
+    Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
     Q_PROPERTY(SettingsController* settings READ settings CONSTANT)
     Q_PROPERTY(AudioSetup* audio READ audio CONSTANT)
     Q_PROPERTY(Presentation* presentation READ presentation CONSTANT)
@@ -64,6 +62,7 @@ class OmbrixViewController : public QObject,
     WaveState* wave() { return m_wave.get(); }
     TakeScreen* take() { return m_takeScreen.get(); }
     PerformanceScreen* performance() { return m_performanceScreen.get(); }
+    Sharing* sharing() { return m_sharing.get(); }
     SettingsController* settings() { return m_settingsController.get(); }
     AudioSetup* audio() { return m_audio.get(); }
     Presentation* presentation() { return m_presentation.get(); }
@@ -82,6 +81,15 @@ class OmbrixViewController : public QObject,
     Q_INVOKABLE void toolbarSettingsClicked();
     Q_INVOKABLE void toolbarShareClicked();
     Q_INVOKABLE void grainModeClicked();
+    /// Escape: closes the alert, else the popover. False when nothing was open.
+    Q_INVOKABLE bool closeTop();
+    bool canPresent(std::uint32_t tag) { return m_presentation->canPresent(tag); }
+
+    // As the screens of presets report back.
+    void itemPicked(const QVariant& item, int index, const QString& forSource);
+    int hasPresetWithName(const std::string& name);
+    void presetController(PresetSaveController& panel, const Preset& savedPreset,
+                          const std::string& as);
 
     /// Sounds become the sound in use (the last of them), presets and bundles are taken in and the
     /// last one is chosen.
@@ -99,6 +107,7 @@ class OmbrixViewController : public QObject,
     void initialiseAudio();
     void initialiseSettings();
     void initialiseViews();
+    void initialiseRecording();
 
     // What the settings say.
     void pickerTitleChanged(const std::string& title) override;
@@ -107,9 +116,6 @@ class OmbrixViewController : public QObject,
     void settingsUpdated() override;
     void told(const std::string& line) override;
 
-    void itemPicked(const QVariant& item, int index, const QString& forSource) override;
-    int hasPresetWithName(const std::string& name) override;
-    void presetController(const Preset& savedPreset, const std::string& as) override;
     void sendingToAudioCopy(const QString& path) override;
     void sendingToOtherApp(const QString& path) override;
     void sendingToDropbox(const QString& path) override;
@@ -137,8 +143,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<WaveState> m_wave;
     std::unique_ptr<TakeScreen> m_takeScreen;
     std::unique_ptr<PerformanceScreen> m_performanceScreen;
-    std::unique_ptr<ItemPickerController> m_picker;
-    std::unique_ptr<PresetSaveController> m_save;
-    std::unique_ptr<PerformanceCompleteController> m_complete;
+    std::unique_ptr<PresetScreens> m_presetScreens;
+    std::unique_ptr<Sharing> m_sharing;
     RunLoop::Token m_restore = 0;
 };

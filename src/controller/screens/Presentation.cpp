@@ -1,5 +1,7 @@
 #include "screens/Presentation.h"
 
+#include "notifications/NotificationCentre.h"
+
 namespace {
 
 QString textOf(std::uint32_t tag) {
@@ -19,15 +21,31 @@ bool Presentation::canPresent(std::uint32_t tag) {
 }
 
 void Presentation::present(std::uint32_t tag, QObject* content) {
-    m_tag = textOf(tag);
-    m_content = content;
-    Q_EMIT changed();
+    NotificationCentre::defaultCentre().post(kPopoverNotification);
+    show(textOf(tag), content, nullptr);
 }
 
-void Presentation::dismiss() {
-    if (m_tag.isEmpty())
-        return;
-    m_tag.clear();
-    m_content = nullptr;
+void Presentation::presentSheet(std::uint32_t tag, QObject* content, Cancelled cancelled) {
+    show(textOf(tag), content, std::move(cancelled));
+}
+
+bool Presentation::dismiss() {
+    const bool shown = !m_tag.isEmpty();
+    if (shown)
+        show({}, nullptr, nullptr);
+    return shown;
+}
+
+void Presentation::finish() {
+    m_cancelled = nullptr;
+    dismiss();
+}
+
+void Presentation::show(const QString& tag, QObject* content, Cancelled cancelled) {
+    const Cancelled replaced = std::exchange(m_cancelled, std::move(cancelled));
+    m_tag = tag;
+    m_content = content;
     Q_EMIT changed();
+    if (replaced)
+        replaced();
 }

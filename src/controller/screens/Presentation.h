@@ -2,11 +2,15 @@
 
 #include <QObject>
 #include <QString>
+#include <functional>
 
 #include "audiounits/FourCharCode.h"
 
-/// What lies over the main screen: one popover, sheet or alert at a time, told apart by its
-/// four-character tag. [main]
+/// Name of the notice that a popover is about to appear.
+inline constexpr const char* kPopoverNotification = "com.quaddle.popover";
+
+/// What lies over the main screen: one popover or sheet at a time, told apart by its four-character
+/// tag. Alerts lie above it and do not count. [main]
 class Presentation : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString tag READ tag NOTIFY changed)
@@ -20,6 +24,8 @@ class Presentation : public QObject {
     static constexpr auto kRecorded = fourCC("recp");
     static constexpr auto kSettings = fourCC("sett");
 
+    using Cancelled = std::function<void()>;
+
     /// "pset" and so on; empty when nothing is shown.
     QString tag() const { return m_tag; }
     /// The controller of what is shown; null for none.
@@ -27,15 +33,24 @@ class Presentation : public QObject {
 
     /// False when what has this tag is shown already; else dismisses whatever is shown.
     bool canPresent(std::uint32_t tag);
-    /// Shows it; `content` is not owned and must outlive its being shown.
+    /// Shows a popover in place of what is shown. `content` is not owned; it outlives its being
+    /// shown.
     void present(std::uint32_t tag, QObject* content);
-    /// The player tapped elsewhere, pressed Escape, or was done.
-    Q_INVOKABLE void dismiss();
+    /// The same for a sheet, which hears when it goes without a choice.
+    void presentSheet(std::uint32_t tag, QObject* content, Cancelled cancelled);
+    /// The player tapped elsewhere or pressed Escape: a sheet is cancelled. False when nothing was
+    /// shown.
+    Q_INVOKABLE bool dismiss();
+    /// What is shown has done its work.
+    void finish();
 
   Q_SIGNALS:
     void changed();
 
   private:
+    void show(const QString& tag, QObject* content, Cancelled cancelled);
+
     QString m_tag;
     QObject* m_content = nullptr;
+    Cancelled m_cancelled;
 };

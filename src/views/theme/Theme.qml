@@ -13,18 +13,30 @@ QtObject {
     readonly property color cream: Qt.rgba(1.0, 0.964, 0.847, 1)
     readonly property color creamDim: Qt.rgba(1.0, 0.964, 0.847, 0.6)
     readonly property color alert: "#ff5a3c"
+    /// What lies under a finger or a pointer.
+    readonly property color hovered: "#332b1d"
+    readonly property color pressed: "#171309"
+    readonly property color shadow: "#80000000"
+    readonly property real disabledOpacity: 0.4
 
     readonly property int grid: 8
     readonly property int halfGrid: 4
     readonly property int panelRadius: 8
     readonly property int buttonRadius: 6
     readonly property int hairline: 1
+    /// Of the line around what has the keyboard's focus.
+    readonly property int focusLine: 2
     readonly property int touchTarget: 44
 
     readonly property string family: "Lato"
-    readonly property int labelSize: 13
-    readonly property int textSize: 15
-    readonly property int titleSize: 20
+    /// How much larger than usual the desktop wants its texts, 1 to 1.5.
+    property real textScale: 1
+    readonly property int labelSize: Math.round(13 * textScale)
+    readonly property int textSize: Math.round(15 * textScale)
+    readonly property int titleSize: Math.round(20 * textScale)
+
+    /// Points of the window for each point of the scene; more than 1 in very wide windows.
+    property real sceneScale: 1
 
     /// False where the desktop asks for less motion.
     property bool motion: true

@@ -35,6 +35,23 @@ struct AudioDeviceInfo {
     bool isDefault = false;
 };
 
+/// Whether anyone hears what is played. A change is told by comparing with what was seen before.
+struct AudioDeviceState {
+    enum class Presence {
+        starting,  // none has answered so far, or nothing was started
+        playing,   // through the device `name`
+        absent,    // none answers; the clock takes the time
+        lost,      // none any more: the device `name` went away
+    };
+
+    Presence presence = Presence::starting;
+    std::string name;          // stable, of the device that plays, or played last
+    std::string absence;       // one line for the user that says what is missing, while absent
+    std::uint64_t losses = 0;  // how often a device went away since start
+
+    bool operator==(const AudioDeviceState&) const = default;
+};
+
 /// Somewhere to play to. [control]
 class AudioDevice {
   public:
@@ -48,4 +65,6 @@ class AudioDevice {
     /// [any thread] False once a running device knows that it will not call again until it is
     /// stopped and started: its server went away, or changed in a way that wants a new start.
     virtual bool alive() const { return true; }
+    /// [any thread] Never waits for a server.
+    virtual AudioDeviceState state() const;
 };

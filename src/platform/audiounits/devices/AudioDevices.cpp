@@ -108,6 +108,10 @@ std::shared_ptr<AudioDevice> AudioDevices::current() {
     return choice().device;
 }
 
+AudioDeviceState AudioDevices::state() {
+    return current()->state();
+}
+
 std::vector<AudioDeviceInfo> AudioDevices::list() {
     const auto deadline = std::chrono::steady_clock::now() + kListPatience;
     std::future<List> answers[] = {listAside(JackDevice::list), listAside(PulseDevice::list),

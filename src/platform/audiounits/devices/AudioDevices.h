@@ -20,6 +20,9 @@ void use(std::shared_ptr<AudioDevice> device);
 /// The device in use; never null.
 std::shared_ptr<AudioDevice> current();
 
+/// Whether the device in use is there; cheap enough to be asked once a second.
+AudioDeviceState state();
+
 /// Everything that could be played to now, probed on each call. One of them is the default.
 std::vector<AudioDeviceInfo> list();
 

@@ -24,6 +24,10 @@ void DeviceSupervisor::stop() {
     m_watch.reset();
 }
 
+AudioDeviceState DeviceSupervisor::state() const {
+    return m_watch ? m_watch->state() : AudioDeviceState{};
+}
+
 AudioDeviceInfo DeviceSupervisor::info() const {
     if (m_watch)
         return m_watch->info();

@@ -42,6 +42,7 @@ class DeviceSupervisor final : public AudioDevice {
     void stop() override;
     /// Of the device that plays now; the lost periods are those of all devices since start.
     AudioDeviceInfo info() const override;
+    AudioDeviceState state() const override;
 
   private:
     const Choice m_choice;

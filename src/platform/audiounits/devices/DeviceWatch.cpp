@@ -37,6 +37,11 @@ AudioDeviceInfo DeviceWatch::info() const {
     return info;
 }
 
+AudioDeviceState DeviceWatch::state() const {
+    Lock held(m_mutex);
+    return m_state;
+}
+
 void DeviceWatch::run() {
     do {
         if (m_index && lost())
@@ -96,7 +101,8 @@ bool DeviceWatch::answers(const Player& player) {
 }
 
 void DeviceWatch::take(Player player, std::size_t index) {
-    Log::line("audio: playing through %s", player.device->info().name.c_str());
+    const std::string name = player.device->info().name;
+    Log::line("audio: playing through %s", name.c_str());
     {
         Lock held(m_mutex);
         if (m_player.gate) {
@@ -105,6 +111,7 @@ void DeviceWatch::take(Player player, std::size_t index) {
         }
         std::swap(m_player, player);
         m_index = index;
+        m_state = {AudioDeviceState::Presence::playing, name, "", m_state.losses};
         if (!m_stopping)
             m_player.gate->open();
         m_changed.notify_all();
@@ -134,6 +141,8 @@ void DeviceWatch::drop() {
         countXruns();
         m_lost = m_lost ? std::min(*m_lost, *m_index) : *m_index;
         m_index.reset();
+        m_state.presence = AudioDeviceState::Presence::lost;
+        ++m_state.losses;
         playByClock(held);
     }
     Log::line("audio: lost %s", old.device->info().name.c_str());
@@ -151,6 +160,11 @@ void DeviceWatch::playByClock(Lock&) {
 }
 
 void DeviceWatch::sayThatNoneWorks() {
+    {
+        Lock held(m_mutex);
+        if (m_state.presence == AudioDeviceState::Presence::starting)
+            m_state = {AudioDeviceState::Presence::absent, "", m_choice.absence, 0};
+    }
     if (pause(std::chrono::milliseconds(0)) && !std::exchange(m_saidThatNoneWorks, true))
         tellUser("%s", m_choice.absence.c_str());
 }

@@ -29,6 +29,7 @@ class DeviceWatch {
     /// No call of the client comes after it, even if a server hangs. [control]
     void end();
     AudioDeviceInfo info() const;
+    AudioDeviceState state() const;
 
   private:
     struct Player {
@@ -63,6 +64,7 @@ class DeviceWatch {
     bool m_finished = false;
     Player m_player;                     // whose gate is open
     std::optional<std::size_t> m_index;  // which device that is; none is the clock
+    AudioDeviceState m_state;
     std::uint64_t m_earlierXruns = 0;
     bool m_saidThatNoneWorks = false;
     std::thread m_thread;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <jack/jack.h>
+
+#include <atomic>
+#include <optional>
+
+/// A JACK client that listens to one port and notes the frame at which a sound begins, on the
+/// server's own clock.
+class LatencyProbe {
+  public:
+    /// Throws when there is no server or no such port.
+    explicit LatencyProbe(const char* port);
+    ~LatencyProbe();
+
+    /// The server's time now, in frames.
+    jack_nframes_t now() const { return jack_frame_time(m_client); }
+    double rate() const { return jack_get_sample_rate(m_client); }
+    jack_nframes_t period() const { return jack_get_buffer_size(m_client); }
+    /// From now on the first frame that is not silent is noted.
+    void listen() { m_state = kListening; }
+    /// When that was, on the server's clock; none while all is silent.
+    std::optional<jack_nframes_t> heard() const;
+    bool silent() const { return m_silentPeriods > 4; }
+
+  private:
+    enum State { kIdle, kListening, kHeard };
+
+    static int process(jack_nframes_t frames, void* probe);
+
+    jack_client_t* m_client;
+    jack_port_t* m_port = nullptr;
+    std::atomic<int> m_state{kIdle};
+    std::atomic<int> m_silentPeriods{0};
+    std::atomic<jack_nframes_t> m_heard{0};
+};

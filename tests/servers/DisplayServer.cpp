@@ -1,0 +1,26 @@
+#include "DisplayServer.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+DisplayServer::DisplayServer(int width, int height) {
+    const std::string said = m_folder.file("display");  // its number, as soon as it answers
+    const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
+    m_process = std::make_unique<Process>(
+        std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-nolisten",
+                                 "tcp", "-noreset"},
+        said);
+    for (int i = 0; i < 200; ++i) {
+        std::string display;
+        if (std::ifstream file(said); std::getline(file, display) && !file.eof()) {
+            setenv("DISPLAY", (':' + display).c_str(), 1);
+            setenv("QT_QPA_PLATFORM", "xcb", 1);
+            return;
+        }
+        usleep(50000);
+    }
+    throw std::runtime_error("the X server did not start");
+}
