@@ -25,5 +25,6 @@ Item {
         anchors { left: parent.left; right: parent.right; top: overview.bottom }
         height: 229
         scrollTime: Theme.popoverTime
+        overlay: Picture { name: "keyboard-overlay.png" }
     }
 }

@@ -163,8 +163,8 @@ void ScrollingKeyboardView::geometryChange(const QRectF& now, const QRectF& befo
     placeContent();
 }
 
-/// Pictures are chosen by the pixels in a point, which change with the screen and with a scene that
-/// is scaled to the window.
+/// Pictures are chosen by the pixels in a point. They change with the screen and with a scene that
+/// is scaled to the window, of which items are not told; so each frame asks.
 void ScrollingKeyboardView::refreshScale() {
     const qreal scale = pixelScale(*this);
     if (scale == m_pixelScale)
@@ -335,17 +335,19 @@ void ScrollingKeyboardView::itemChange(ItemChange change, const ItemChangeData& 
     if (change == ItemSceneChange || change == ItemVisibleHasChanged ||
         change == ItemEnabledHasChanged)
         releaseEverything();
-    if (change == ItemDevicePixelRatioHasChanged)
-        refreshScale();
     QQuickItem::itemChange(change, data);
 }
 
 void ScrollingKeyboardView::watch(QQuickWindow* window) {
-    if (m_watched)
+    if (m_watched) {
         m_watched->removeEventFilter(this);
+        m_watched->disconnect(this);
+    }
     m_watched = window;
-    if (window)
-        window->installEventFilter(this);
+    if (!window)
+        return;
+    window->installEventFilter(this);
+    connect(window, &QQuickWindow::afterAnimating, this, &ScrollingKeyboardView::refreshScale);
 }
 
 bool ScrollingKeyboardView::eventFilter(QObject*, QEvent* event) {
