@@ -95,6 +95,8 @@ Item {
         onHeightChanged: Qt.callLater(root.restorePlace)
         onContentYChanged: if (root.placed) root.content.scroll = contentY
         Keys.onPressed: event => {
+            if (!keyed)
+                positionViewAtIndex(currentIndex, ListView.Contain)
             keyed = true
             if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
                 root.choose(currentIndex)
