@@ -12,5 +12,7 @@ Item {
     ScreenPopover { controller: root.controller; tag: "gmod"; anchor: "grainModeButton"; fromBelow: true; screen: Component { ItemPicker {} } }
     ScreenPopover { controller: root.controller; tag: "psav"; anchor: "saveButton"; screen: Component { PresetSavePanel {} } }
 
+    SettingsPopover { controller: root.controller }
+
     Alert { alert: root.controller.alert }
 }
