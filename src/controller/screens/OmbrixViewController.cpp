@@ -51,6 +51,7 @@ void OmbrixViewController::initialiseViews() {
     m_voices = std::make_unique<VoicesState>(*m_instrument);
     m_wave = std::make_unique<WaveState>(m_instrument->waves());
     initialiseRecording();
+    initialiseAudioSetup();
 }
 
 void OmbrixViewController::initialiseRecording() {
@@ -73,6 +74,12 @@ void OmbrixViewController::initialiseRecording() {
             &Sharing::performanceComplete);
     connect(m_sharing.get(), &Sharing::told, this, tell);
     connect(m_sharing.get(), &Sharing::arrived, this, &OmbrixViewController::openFiles);
+}
+
+void OmbrixViewController::initialiseAudioSetup() {
+    m_audio->setHost([this] { m_instrument->silence(); }, [this] { return m_take->recording(); });
+    connect(m_presentation.get(), &Presentation::changed, m_audio.get(),
+            [this] { m_audio->setShown(m_presentation->content() == m_settingsController.get()); });
 }
 
 void OmbrixViewController::tinkleIvory(int key) {
@@ -99,7 +106,12 @@ void OmbrixViewController::toolbarDeleteClicked() {
     m_presetScreens->toolbarDeleteClicked();
 }
 
-void OmbrixViewController::toolbarSettingsClicked() {}
+void OmbrixViewController::toolbarSettingsClicked() {
+    if (!m_presentation->canPresent(Presentation::kSettings))
+        return;
+    m_settingsController->willAppear();
+    m_presentation->present(Presentation::kSettings, m_settingsController.get());
+}
 
 void OmbrixViewController::toolbarShareClicked() {
     m_sharing->shareLast(QString::fromStdString(m_performance->recordingPerformanceLastFilename()));

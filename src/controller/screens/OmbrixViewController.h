@@ -108,6 +108,7 @@ class OmbrixViewController : public QObject,
     void initialiseSettings();
     void initialiseViews();
     void initialiseRecording();
+    void initialiseAudioSetup();
 
     // What the settings say.
     void pickerTitleChanged(const std::string& title) override;
@@ -124,7 +125,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<Notices> m_notices = std::make_unique<Notices>();
     std::unique_ptr<Presentation> m_presentation = std::make_unique<Presentation>();
     std::unique_ptr<AlertController> m_alert = std::make_unique<AlertController>();
-    std::unique_ptr<AudioSetup> m_audio = std::make_unique<AudioSetup>();
+    std::unique_ptr<AudioSetup> m_audio = std::make_unique<AudioSetup>(m_defaults);
     std::unique_ptr<SettingsController> m_settingsController;
     std::unique_ptr<InstanceLock> m_place;
     std::unique_ptr<RunningMarker> m_marker;
