@@ -8,8 +8,9 @@ Rectangle {
 
     required property TakeScreen take
 
-    color: Theme.panel
-    radius: Theme.panelRadius
+    color: Theme.ground
+    objectName: "takeDisplay"
+    radius: Theme.halfGrid
     visible: take.recording
 
     Accessible.role: Accessible.Grouping
