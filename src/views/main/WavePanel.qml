@@ -46,5 +46,9 @@ Panel {
             wave: root.wave
             width: Math.min(48 * Theme.grid, parent.width - 4 * Theme.grid)
         }
+        TakeDisplay {
+            anchors { fill: parent; margins: Theme.hairline }
+            take: root.controller.take
+        }
     }
 }
