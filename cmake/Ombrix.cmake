@@ -24,11 +24,18 @@ function(ombrix_library name)
   target_link_libraries(${name} PUBLIC ombrix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
 endfunction()
 
-# ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. Its sources are globbed, so a
-# list of them, rewritten when it changes, tells that a new header is to be looked at.
+# ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. It looks for new headers only
+# when its timestamp is gone, so the globbed sources are compared with those of the last time.
 function(ombrix_moc target)
   get_target_property(sources ${target} SOURCES)
   set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}_sources.txt)
-  file(GENERATE OUTPUT ${list} CONTENT "${sources}")
-  set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOGEN_TARGET_DEPENDS ${list})
+  set(known "")
+  if(EXISTS ${list})
+    file(READ ${list} known)
+  endif()
+  if(NOT known STREQUAL "${sources}")
+    file(WRITE ${list} "${sources}")
+    file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
+  endif()
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
 endfunction()

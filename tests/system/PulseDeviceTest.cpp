@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <csignal>
 #include <thread>
 
@@ -94,6 +96,39 @@ TEST_F(PulseDeviceTest, theDefaultSourceIsHeardOnlyWhenCapturing) {
     play("pulse:feed");
     EXPECT_TRUE(client().playsOn(4410));
     EXPECT_EQ(client().heard(), 0u);
+}
+
+TEST_F(PulseDeviceTest, aSourceIsChosenByNameAndTheDefaultOneStandsInForIt) {
+    m_server.start(48000);
+    runProgram({"pactl", "set-default-source", "out.monitor"});
+    const auto inputs = AudioDevices::listInputs();
+    ASSERT_EQ(inputs.size(), 3u);
+    EXPECT_EQ(inputs[0].name, "pulse:mic");
+    EXPECT_EQ(inputs[1].name, "pulse:out.monitor");
+    std::string error;
+    for (const std::string name : {"jack", "pulse", "pulse:", "pulse:a\nb", "mic"}) {
+        EXPECT_FALSE(AudioDevices::chooseInput(name, error)) << name;
+        EXPECT_THAT(error, testing::HasSubstr("no such audio"));
+    }
+    // What is played goes to "feed": the default source hears none of it, "mic" all.
+    const struct {
+        std::string input;
+        bool hears;
+    } cases[] = {{"", false}, {"pulse:mic", true}, {"pulse:gone", false}};
+    for (const auto& [input, hears] : cases) {
+        SCOPED_TRACE(input);
+        ASSERT_TRUE(AudioDevices::chooseInput(input, error));
+        EXPECT_EQ(AudioDevices::input(), input);
+        play("pulse:feed", true);
+        EXPECT_TRUE(client().playsOn(2 * 44100));
+        AudioDevices::current()->stop();
+        EXPECT_GT(client().heard(), 44100u);
+        const Tone tone = Tone::measure(client().recording(), 44100);
+        EXPECT_EQ(tone.windows > 5, hears);
+        if (hears)
+            expectTone(tone);
+        stop();
+    }
 }
 
 TEST_F(PulseDeviceTest, everySinkIsListedTheDefaultFirst) {

@@ -84,7 +84,14 @@ void AudioTake::dropTimer() {
 }
 
 std::uint32_t AudioTake::framesHeard() const {
-    return m_recordingAudioData ? m_recordingAudioData->sampleCount.load() : 0;
+    return static_cast<std::uint32_t>(heard().size());
+}
+
+std::span<const float> AudioTake::heard() const {
+    if (!m_recordingAudioData)
+        return {};
+    const auto count = m_recordingAudioData->sampleCount.load(std::memory_order_acquire);
+    return {m_recordingAudioData->take.data(), count};
 }
 
 // A device that has died never acknowledges. Once the engine has stopped no callback runs either,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "graph/Vornery.h"
@@ -60,6 +61,9 @@ class AudioTake {
     bool recording() const { return m_timer != 0; }
     /// Frames that have come in so far, at 44100 Hz.
     std::uint32_t framesHeard() const;
+    /// These frames, -32768 to 32767; more may follow behind them at any time. Valid until the take
+    /// ends.
+    std::span<const float> heard() const;
     /// The loudest sample of the last take before it was scaled, 1 is full scale.
     float lastPeak() const { return m_lastPeak; }
 

@@ -28,12 +28,12 @@ std::string numbered(const std::string& name, int number) {
 
 }  // namespace
 
-std::string PerformanceName::of(std::string date) {
+std::string PerformanceName::of(std::string date, const std::string& beginning) {
     for (char& letter : date) {
         if (letter == '/' || letter == '\\' || letter == ':')
             letter = '-';
     }
-    return "Recorded Live - " + trimmed(date) + kExtension;
+    return beginning + trimmed(date) + kExtension;
 }
 
 std::string PerformanceName::reserve(double moment, std::string& error) {

@@ -6,8 +6,8 @@
 namespace PerformanceName {
 
 /// "Recorded Live - %@.wav" with a date text, in which "/", "\" and ":" become "-"; white space
-/// around the date goes.
-std::string of(std::string date);
+/// around the date goes. Other recordings have another beginning.
+std::string of(std::string date, const std::string& beginning = "Recorded Live - ");
 
 /// Full path of a new sound file of no frames in the data folder, named after the moment (seconds
 /// since 2001-01-01 UTC); where there is one already " 2" and so on stands before the extension.

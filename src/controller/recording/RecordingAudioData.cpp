@@ -40,5 +40,5 @@ void RecordingAudioData::receive(bool keep, AudioUnitRenderActionFlags* flags,
         take.data()[count + i] = static_cast<float>(sample);
         peak = std::max(peak, std::abs(sample));
     }
-    sampleCount.store(count + room, std::memory_order_relaxed);
+    sampleCount.store(count + room, std::memory_order_release);
 }

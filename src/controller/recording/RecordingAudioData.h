@@ -10,7 +10,8 @@
 /// One audio take while it is made: shared by the main thread and the input callback, which meet in
 /// the state word alone. The callback writes count and peak while the state is below
 /// `stopRequested` and nothing once it has answered with `stopped`; then the record is the main
-/// thread's.
+/// thread's. Before that the main thread may read the frames of the take that the count names: they
+/// are stored before it, and never again.
 struct RecordingAudioData {
     enum State : std::uint32_t { armed = 0, capturing = 1, stopRequested = 2, stopped = 3 };
 

@@ -57,8 +57,8 @@ void OmbrixViewController::initialiseViews() {
     m_wave = std::make_unique<WaveState>(m_instrument->waves(), *m_sounds, tell);
     m_files = std::make_unique<FileOpening>(*m_settings, *m_store, tell);
     m_deviceNews = std::make_unique<DeviceNews>(tell);
-    m_takeScreen = std::make_unique<TakeScreen>(*m_take);
-    m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
+    initialiseRecording();
+    initialiseAudioSetup();
     if (m_marker->previousRunCrashed())
         askAfterCrash();
     m_marker->markRunning(true);
@@ -86,6 +86,34 @@ void OmbrixViewController::internalSettingsChanged() {
     m_settings->internalSettingsChanged();
 }
 
+void OmbrixViewController::initialiseRecording() {
+    m_takeScreen = std::make_unique<TakeScreen>(*m_take);
+    m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
+    m_sharing = std::make_unique<Sharing>(*m_presentation,
+                                          static_cast<PerformanceCompleteDelegate&>(*this));
+    const auto tell = [this](const QString& line) { told(line.toStdString()); };
+    connect(m_takeScreen.get(), &TakeScreen::problem, this, tell);
+    connect(m_takeScreen.get(), &TakeScreen::alert, this,
+            [this](const QString& title, const QString& message, const QString& button) {
+                m_alert->show({0, title, message, button, {}, false}, {});
+            });
+    connect(m_takeScreen.get(), &TakeScreen::taken, this, [this] {
+        m_wave->update();
+        m_settings->modify();
+    });
+    connect(m_performanceScreen.get(), &PerformanceScreen::problem, this, tell);
+    connect(m_performanceScreen.get(), &PerformanceScreen::complete, m_sharing.get(),
+            &Sharing::performanceComplete);
+    connect(m_sharing.get(), &Sharing::told, this, tell);
+    connect(m_sharing.get(), &Sharing::arrived, this, &OmbrixViewController::openFiles);
+}
+
+void OmbrixViewController::initialiseAudioSetup() {
+    m_audio->setHost([this] { m_instrument->silence(); }, [this] { return m_take->recording(); });
+    connect(m_presentation.get(), &Presentation::changed, m_audio.get(),
+            [this] { m_audio->setShown(m_presentation->content() == m_settingsController.get()); });
+}
+
 void OmbrixViewController::tinkleIvory(int key) {
     m_instrument->notes().tinkleIvory(key);
 }
@@ -110,8 +138,16 @@ void OmbrixViewController::toolbarDeleteClicked() {
     m_presetScreens->toolbarDeleteClicked();
 }
 
-void OmbrixViewController::toolbarSettingsClicked() {}
-void OmbrixViewController::toolbarShareClicked() {}
+void OmbrixViewController::toolbarSettingsClicked() {
+    if (!m_presentation->canPresent(Presentation::kSettings))
+        return;
+    m_settingsController->willAppear();
+    m_presentation->present(Presentation::kSettings, m_settingsController.get());
+}
+
+void OmbrixViewController::toolbarShareClicked() {
+    m_sharing->shareLast(QString::fromStdString(m_performance->recordingPerformanceLastFilename()));
+}
 
 void OmbrixViewController::grainModeClicked() {
     m_presetScreens->grainModeClicked();
@@ -130,6 +166,7 @@ void OmbrixViewController::willForeground(bool returning) {
 }
 
 void OmbrixViewController::willBackground(bool leaving) {
+    m_takeScreen->waveRecordUp();
     m_lifecycle->willBackground(leaving);
 }
 
@@ -177,6 +214,14 @@ void OmbrixViewController::presetController(PresetSaveController& panel, const P
     m_presetScreens->presetController(panel, savedPreset, as);
 }
 
-void OmbrixViewController::sendingToAudioCopy(const QString&) {}
-void OmbrixViewController::sendingToOtherApp(const QString&) {}
-void OmbrixViewController::sendingToDropbox(const QString&) {}
+void OmbrixViewController::sendingToAudioCopy(const QString& path) {
+    m_sharing->sendToAudioCopy(path);
+}
+
+void OmbrixViewController::sendingToOtherApp(const QString& path) {
+    m_sharing->sendToOtherApp(path);
+}
+
+void OmbrixViewController::sendingToDropbox(const QString& path) {
+    m_sharing->sendToDropbox(path);
+}

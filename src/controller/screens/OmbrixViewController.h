@@ -15,12 +15,12 @@
 #include "screens/FileOpening.h"
 #include "screens/GrainModeState.h"
 #include "screens/Notices.h"
-#include "screens/PerformanceCompleteController.h"
 #include "screens/PerformanceScreen.h"
 #include "screens/Presentation.h"
 #include "screens/PresetBar.h"
 #include "screens/PresetScreens.h"
 #include "screens/SettingsController.h"
+#include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
 #include "screens/WaveState.h"
@@ -41,6 +41,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(WaveState* wave READ wave CONSTANT)
     Q_PROPERTY(TakeScreen* take READ take CONSTANT)
     Q_PROPERTY(PerformanceScreen* performance READ performance CONSTANT)
+    Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
     Q_PROPERTY(SettingsController* settings READ settings CONSTANT)
     Q_PROPERTY(AudioSetup* audio READ audio CONSTANT)
     Q_PROPERTY(Presentation* presentation READ presentation CONSTANT)
@@ -63,6 +64,7 @@ class OmbrixViewController : public QObject,
     WaveState* wave() { return m_wave.get(); }
     TakeScreen* take() { return m_takeScreen.get(); }
     PerformanceScreen* performance() { return m_performanceScreen.get(); }
+    Sharing* sharing() { return m_sharing.get(); }
     SettingsController* settings() { return m_settingsController.get(); }
     AudioSetup* audio() { return m_audio.get(); }
     Presentation* presentation() { return m_presentation.get(); }
@@ -111,6 +113,8 @@ class OmbrixViewController : public QObject,
     void observe();
     void askAfterCrash();
     void internalSettingsChanged();
+    void initialiseRecording();
+    void initialiseAudioSetup();
 
     // What the settings say.
     void pickerTitleChanged(const std::string& title) override;
@@ -127,7 +131,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<Notices> m_notices = std::make_unique<Notices>();
     std::unique_ptr<Presentation> m_presentation = std::make_unique<Presentation>();
     std::unique_ptr<AlertController> m_alert = std::make_unique<AlertController>();
-    std::unique_ptr<AudioSetup> m_audio = std::make_unique<AudioSetup>();
+    std::unique_ptr<AudioSetup> m_audio = std::make_unique<AudioSetup>(m_defaults);
     std::unique_ptr<SettingsController> m_settingsController;
     std::unique_ptr<InstanceLock> m_place;
     std::unique_ptr<RunningMarker> m_marker;
@@ -148,10 +152,10 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<TakeScreen> m_takeScreen;
     std::unique_ptr<PerformanceScreen> m_performanceScreen;
     std::unique_ptr<PresetScreens> m_presetScreens;
-    std::unique_ptr<PerformanceCompleteController> m_complete;
     std::unique_ptr<FileOpening> m_files;
     std::unique_ptr<DeviceNews> m_deviceNews;
     NotificationCentre::Token m_settingsObserver = 0;
+    std::unique_ptr<Sharing> m_sharing;
     RunLoop::Token m_restore = 0;
     bool m_terminated = false;
 };

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 /// Where a recording can be sent.
 class PerformanceCompleteDelegate {
@@ -16,13 +17,26 @@ class PerformanceCompleteDelegate {
 class PerformanceCompleteController : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString localPath READ localPath CONSTANT)
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString header READ header CONSTANT)
+    Q_PROPERTY(QStringList rows READ rows CONSTANT)
+    Q_PROPERTY(QString footer READ footer CONSTANT)
+    Q_PROPERTY(int width READ width CONSTANT)
 
   public:
     PerformanceCompleteController(QString localPath, PerformanceCompleteDelegate& delegate)
         : m_localPath(std::move(localPath)), m_delegate(delegate) {}
 
     const QString& localPath() const { return m_localPath; }
-    /// 0 "AudioCopy", 1 "Open in...", 2 "Dropbox".
+    QString title() const { return tr("Performance Recorded"); }
+    QString header() const { return tr("Send recording:"); }
+    QStringList rows() const { return {tr("AudioCopy"), tr("Open in..."), tr("Dropbox")}; }
+    /// Names the kind of machine: computer, tablet or phone.
+    QString footer() const;
+    /// Of the popover, in points.
+    int width() const { return 320; }
+
+    /// A row, 0 to 2; others are ignored.
     Q_INVOKABLE void choose(int row);
 
   private:

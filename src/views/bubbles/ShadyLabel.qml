@@ -6,7 +6,7 @@ import Ombrix.Views
 T.Button {
     id: button
 
-    implicitWidth: Math.max(Theme.touchTarget, contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(background.implicitWidth, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: Theme.touchTarget
     leftPadding: 2 * Theme.grid
     rightPadding: 2 * Theme.grid

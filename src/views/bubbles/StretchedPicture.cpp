@@ -52,9 +52,12 @@ QSGNode* StretchedPicture::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
         node = window()->createNinePatchNode();
         node->setTexture(window()->createTextureFromImage(image));
         node->setDevicePixelRatio(image.devicePixelRatio());
-        const qreal rightCap = image.deviceIndependentSize().width() - m_leftCap - 1;
-        node->setPadding(m_leftCap, 0, std::max(rightCap, 0.), 0);
     }
+    const qreal rightCap = std::max(implicitWidth() - m_leftCap - 1, 0.);
+    if (width() > m_leftCap + rightCap)
+        node->setPadding(m_leftCap, 0, rightCap, 0);
+    else
+        node->setPadding(0, 0, 0, 0);
     node->setBounds(boundingRect());
     node->update();
     return node;

@@ -10,6 +10,8 @@ T.Popup {
     /// The control that it belongs to; none: it stands in the middle, without an arrow.
     property Item target: null
     property string heading: ""
+    /// It stands below its control wherever that is.
+    property bool fromBelow: false
     /// The player tapped elsewhere, or pressed Escape.
     signal dismissed
 
@@ -17,12 +19,20 @@ T.Popup {
     readonly property int edge: Theme.grid
     readonly property real room: parent ? parent.width : 0
     property rect targetFrame: Qt.rect(0, 0, 0, 0)
-    readonly property bool below: targetFrame.y + targetFrame.height / 2 < (parent ? parent.height : 0) / 2
+    readonly property bool below: fromBelow || targetFrame.y + targetFrame.height / 2 < (parent ? parent.height : 0) / 2
     /// The most that its contents can have, in points.
     readonly property real largestHeight: !parent ? 0
         : (target ? (below ? parent.height - targetFrame.y - targetFrame.height : targetFrame.y) - arrowSize
                   : parent.height) / scale - 2 * edge
     readonly property real arrowX: (targetFrame.x + targetFrame.width / 2 - x) / scale
+
+    function isInside(point) {
+        const frame = targetFrame
+        const isOnTarget = target && point.x >= frame.x && point.x < frame.x + frame.width
+                           && point.y >= frame.y && point.y < frame.y + frame.height
+        return isOnTarget || (point.x >= x && point.x < x + width * scale
+                              && point.y >= y && point.y < y + height * scale)
+    }
 
     function place() {
         if (target && parent)
@@ -43,7 +53,7 @@ T.Popup {
     implicitWidth: Math.max(contentWidth, 30 * Theme.grid) + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
     focus: true
-    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    closePolicy: T.Popup.CloseOnEscape
     onAboutToShow: place()
     onTargetChanged: place()
     onAboutToHide: dismissed()
@@ -52,6 +62,20 @@ T.Popup {
         target: root.opened ? root.parent : null
         function onWidthChanged() { Qt.callLater(root.place) }
         function onHeightChanged() { Qt.callLater(root.place) }
+    }
+
+    // A touch elsewhere dismisses it and reaches what lies there all the same: keys can be played. A
+    // touch of its own control leaves it open.
+    Item {
+        anchors.fill: parent
+        parent: root.parent
+        visible: root.visible
+        z: 2
+
+        PointHandler {
+            acceptedButtons: Qt.AllButtons
+            onActiveChanged: if (active && !root.isInside(point.scenePosition)) root.dismissed()
+        }
     }
 
     enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.popoverTime } }

@@ -7,7 +7,7 @@ Item {
     id: column
 
     /// The state that the dial follows, and tells what the player does.
-    required property DialState model
+    required property DialState dialState
 
     implicitWidth: dial.implicitWidth
     implicitHeight: dial.implicitHeight + label.implicitHeight + Theme.halfGrid
@@ -26,7 +26,7 @@ Item {
         id: dial
 
         anchors.horizontalCenter: parent.horizontalCenter
-        model: column.model
+        dialState: column.dialState
         bubbleContainer: Window.contentItem
 
         Accessible.role: Accessible.Slider
@@ -42,7 +42,7 @@ Item {
 
         anchors.top: dial.bottom
         width: parent.width
-        text: column.model ? column.model.name : ""
+        text: column.dialState ? column.dialState.name : ""
         color: dial.pressed || dial.focusVisible ? Theme.cream : Theme.creamDim
         font.family: Theme.family
         font.pixelSize: Theme.labelSize

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr float kNear = 0.03f;
+constexpr float kNear = 0.03f - 1e-6f;  // what is 0.03 away but for rounding is not near
 constexpr float kFine = 0.1f;
 
 }  // namespace

@@ -18,8 +18,9 @@ struct DialPictures {
 };
 
 /// A dial in the scene graph. Only what changed between frames is touched: usually the notch and
-/// one lamp. [render, while the main thread waits]
-class DialNode : public QSGNode {
+/// one lamp. A transform node, though it moves nothing: the software renderer of Qt 6.4 loses the
+/// place of opacity nodes whose parent is a plain node. [render, while the main thread waits]
+class DialNode : public QSGTransformNode {
   public:
     /// Points are the dial's own; lamps are given in arc order.
     DialNode(QQuickWindow& window, const DialPictures& pictures, QPointF centre,

@@ -180,14 +180,19 @@ void DialView::touchMoved(QPointF to, bool fine) {
 
 void DialView::tapEnded() {
     const bool twice = m_taps.released();
-    touchEnded();
+    letGo();
     if (twice)
         Q_EMIT doubleTapped();
 }
 
 void DialView::touchEnded() {
+    if (m_finger)  // the grab of a finger that was lifted is taken away as well
+        m_taps.cancel();
+    letGo();
+}
+
+void DialView::letGo() {
     ensureNoTooltip();
-    m_taps.cancel();
     setKeepMouseGrab(false);
     setKeepTouchGrab(false);
     if (!m_finger)

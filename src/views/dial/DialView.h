@@ -163,6 +163,7 @@ class DialView : public QQuickItem {
     void touchMoved(QPointF to, bool fine);
     void tapEnded();
     void touchEnded();
+    void letGo();
     void stepTo(float position);
     void changedByPlayer();
     void showTooltip();

@@ -2,38 +2,38 @@
 
 ParameterDial::ParameterDial(QQuickItem* parent) : DialView(parent) {
     setTarget([this](DialView&) {
-        if (m_model)
-            m_model->tweak(value());
+        if (m_state)
+            m_state->tweak(value());
     });
     connect(this, &DialView::doubleTapped, this, [this] {
-        if (m_model)
-            m_model->doubleTapped();
+        if (m_state)
+            m_state->doubleTapped();
     });
 }
 
-void ParameterDial::setModel(DialState* model) {
-    if (model == m_model)
+void ParameterDial::setDialState(DialState* state) {
+    if (state == m_state)
         return;
-    if (m_model)
-        m_model->disconnect(this);
-    m_model = model;
-    setTooltipFormatter(model != nullptr ? this : nullptr);
-    if (model != nullptr)
+    if (m_state)
+        m_state->disconnect(this);
+    m_state = state;
+    setTooltipFormatter(state != nullptr ? this : nullptr);
+    if (state != nullptr)
         takeOver();
-    Q_EMIT modelChanged();
+    Q_EMIT dialStateChanged();
 }
 
 void ParameterDial::takeOver() {
-    setMinValue(m_model->minValue());
-    setMaxValue(m_model->maxValue());
-    const QList<float> notches = m_model->notches();
+    setMinValue(m_state->minValue());
+    setMaxValue(m_state->maxValue());
+    const QList<float> notches = m_state->notches();
     setNotches({notches.begin(), notches.end()});
-    setValue(m_model->value());
-    setGlyph(m_model->glyph());
-    connect(m_model, &DialState::valueChanged, this, [this] { setValue(m_model->value()); });
-    connect(m_model, &DialState::glyphChanged, this, [this] { setGlyph(m_model->glyph()); });
+    setValue(m_state->value());
+    setGlyph(m_state->glyph());
+    connect(m_state, &DialState::valueChanged, this, [this] { setValue(m_state->value()); });
+    connect(m_state, &DialState::glyphChanged, this, [this] { setGlyph(m_state->glyph()); });
 }
 
 QString ParameterDial::formatDialView(const DialView& dial, bool accessible) {
-    return m_model ? m_model->text(dial.value(), accessible) : QString();
+    return m_state ? m_state->text(dial.value(), accessible) : QString();
 }

@@ -8,21 +8,21 @@
 class ParameterDial : public DialView, private DialViewTooltipFormatting {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(DialState* model READ model WRITE setModel NOTIFY modelChanged)
+    Q_PROPERTY(DialState* dialState READ dialState WRITE setDialState NOTIFY dialStateChanged)
 
   public:
     explicit ParameterDial(QQuickItem* parent = nullptr);
 
     /// Not owned; may go before the dial, which then stays as it is.
-    DialState* model() const { return m_model; }
-    void setModel(DialState* model);
+    DialState* dialState() const { return m_state; }
+    void setDialState(DialState* state);
 
   Q_SIGNALS:
-    void modelChanged();
+    void dialStateChanged();
 
   private:
     QString formatDialView(const DialView& dial, bool accessible) override;
     void takeOver();
 
-    QPointer<DialState> m_model;
+    QPointer<DialState> m_state;
 };

@@ -170,10 +170,14 @@ void ADSRView::setStage(int stage) {
     Q_EMIT stageFrameChanged();
 }
 
+float ADSRView::stageHighest() const {
+    return m_stage == kGrabPlateau ? 1 : kLongest;
+}
+
 void ADSRView::step(int direction, bool fine) {
     float& value = *param(m_stage);
     const float change = float(direction) * (fine ? kFineStep : kStep);
-    value = limited(value + change, m_stage == kGrabPlateau ? 1 : kLongest);
+    value = limited(value + change, stageHighest());
     updated();
 }
 

@@ -26,6 +26,8 @@ class ADSRView : public OneFingerItem {
     Q_PROPERTY(QString spokenText READ spokenText NOTIFY shown)
     Q_PROPERTY(bool pressed READ pressed NOTIFY pressedChanged)
     Q_PROPERTY(int stage READ stage WRITE setStage NOTIFY stageChanged)
+    Q_PROPERTY(float stageValue READ stageValue NOTIFY stageFrameChanged)
+    Q_PROPERTY(float stageHighest READ stageHighest NOTIFY stageChanged)
     Q_PROPERTY(QRectF stageFrame READ stageFrame NOTIFY stageFrameChanged)
 
   public:
@@ -85,6 +87,9 @@ class ADSRView : public OneFingerItem {
     int stage() const { return m_stage; }
     /// Limited to 0 to 3.
     void setStage(int stage);
+    float stageValue() const { return values()[std::size_t(m_stage)]; }
+    /// What it can be set to.
+    float stageHighest() const;
     /// Where that segment is drawn, over the whole height.
     QRectF stageFrame() const;
     /// One step up (1) or down (-1): 0.05 of a second or of the level, or 0.01 of it.
@@ -113,6 +118,7 @@ class ADSRView : public OneFingerItem {
     void geometryChange(const QRectF& now, const QRectF& before) override;
 
   private:
+    std::array<float, 4> values() const { return {m_attack, m_decay, m_sustain, m_releaseTime}; }
     void show(float& shownValue, float value);
     /// Points for one second.
     float timeScale(float total) const;

@@ -10,6 +10,11 @@ ADSRView {
     implicitHeight: 100
     opacity: enabled ? 1 : 0.4
 
+    // What a screen reader takes for the slider's value: that of the chosen segment.
+    readonly property real value: stageValue
+    readonly property real minimumValue: 0
+    readonly property real maximumValue: stageHighest
+
     Accessible.role: Accessible.Slider
     Accessible.name: qsTr("Envelope") + ". " + spokenText
     Accessible.focusable: true

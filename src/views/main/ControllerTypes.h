@@ -76,6 +76,13 @@ struct PerformanceScreenForeign {
     QML_UNCREATABLE("is given")
 };
 
+struct SharingForeign {
+    Q_GADGET
+    QML_FOREIGN(Sharing)
+    QML_NAMED_ELEMENT(Sharing)
+    QML_UNCREATABLE("is given")
+};
+
 struct SettingsControllerForeign {
     Q_GADGET
     QML_FOREIGN(SettingsController)

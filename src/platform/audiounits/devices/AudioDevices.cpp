@@ -4,6 +4,8 @@
 #include <atomic>
 #include <chrono>
 #include <future>
+#include <initializer_list>
+#include <iterator>
 #include <mutex>
 #include <thread>
 
@@ -24,6 +26,8 @@ constexpr auto kListPatience = std::chrono::milliseconds(1500);
 struct Choice {
     std::mutex mutex;
     std::shared_ptr<AudioDevice> device;
+    std::string name;    // of the device, as it was chosen
+    std::string source;  // of PulseAudio; "" is its default
 };
 
 Choice& choice() {
@@ -31,10 +35,15 @@ Choice& choice() {
     return chosen;
 }
 
-std::atomic<std::uint32_t> preferredPeriod{0};
+std::atomic<std::uint32_t> wantedPeriod{0};
+
+std::string chosenSource() {
+    std::lock_guard guard(choice().mutex);
+    return choice().source;
+}
 
 std::shared_ptr<AudioDevice> makeClock() {
-    return std::make_shared<ClockDevice>(preferredPeriod);
+    return std::make_shared<ClockDevice>(wantedPeriod);
 }
 
 std::shared_ptr<AudioDevice> makeJack() {
@@ -50,11 +59,12 @@ std::shared_ptr<AudioDevice> supervised(const DeviceName& name, const std::strin
     if (wanted(Backend::jack))
         choice.devices.push_back(makeJack);
     if (wanted(Backend::pulse))
-        choice.devices.push_back(
-            [sink = name.device] { return std::make_shared<PulseDevice>(sink, preferredPeriod); });
+        choice.devices.push_back([sink = name.device] {
+            return std::make_shared<PulseDevice>(sink, wantedPeriod, chosenSource());
+        });
     if (wanted(Backend::alsa))
         choice.devices.push_back(
-            [pcm = name.device] { return std::make_shared<AlsaDevice>(pcm, preferredPeriod); });
+            [pcm = name.device] { return std::make_shared<AlsaDevice>(pcm, wantedPeriod); });
     choice.clock = makeClock;
     choice.name = text;
     choice.absence =
@@ -75,8 +85,20 @@ std::future<List> listAside(List (*list)()) {
     return result;
 }
 
+List listTogether(std::initializer_list<List (*)()> lists) {
+    const auto deadline = std::chrono::steady_clock::now() + kListPatience;
+    std::vector<std::future<List>> answers;
+    std::ranges::transform(lists, std::back_inserter(answers), listAside);
+    List all;
+    for (std::future<List>& answer : answers) {
+        if (answer.wait_until(deadline) == std::future_status::ready)
+            std::ranges::move(answer.get(), std::back_inserter(all));
+    }
+    return all;
+}
+
 List listClock() {
-    AudioDeviceInfo info = ClockDevice(preferredPeriod).info();
+    AudioDeviceInfo info = ClockDevice(wantedPeriod).info();
     info.realTime = RealTimePriority::available();
     return {info};
 }
@@ -92,13 +114,25 @@ bool AudioDevices::choose(const std::string& name, std::string& error) {
     const auto parsed = DeviceName::parse(name, error);
     if (!parsed)
         return false;
-    use(parsed->backend == DeviceName::Backend::clock ? makeClock() : supervised(*parsed, name));
+    const bool clock = parsed->backend == DeviceName::Backend::clock;
+    use(clock ? makeClock() : supervised(*parsed, name), name);
     return true;
 }
 
 void AudioDevices::use(std::shared_ptr<AudioDevice> device) {
+    const std::string name = device->info().name;
+    use(std::move(device), name);
+}
+
+void AudioDevices::use(std::shared_ptr<AudioDevice> device, const std::string& name) {
     std::lock_guard guard(choice().mutex);
     choice().device = std::move(device);
+    choice().name = name;
+}
+
+std::string AudioDevices::chosen() {
+    std::lock_guard guard(choice().mutex);
+    return choice().name;
 }
 
 std::shared_ptr<AudioDevice> AudioDevices::current() {
@@ -113,16 +147,7 @@ AudioDeviceState AudioDevices::state() {
 }
 
 std::vector<AudioDeviceInfo> AudioDevices::list() {
-    const auto deadline = std::chrono::steady_clock::now() + kListPatience;
-    std::future<List> answers[] = {listAside(JackDevice::list), listAside(PulseDevice::list),
-                                   listAside(AlsaDevice::list), listAside(listClock)};
-    List all;
-    for (std::future<List>& answer : answers) {
-        if (answer.wait_until(deadline) != std::future_status::ready)
-            continue;
-        const List some = answer.get();
-        all.insert(all.end(), some.begin(), some.end());
-    }
+    List all = listTogether({JackDevice::list, PulseDevice::list, AlsaDevice::list, listClock});
     // Back ends whose threads are ours are granted what the clock's is.
     for (AudioDeviceInfo& info : all)
         info.realTime = info.name == "jack" ? info.realTime : all.back().realTime;
@@ -132,6 +157,32 @@ std::vector<AudioDeviceInfo> AudioDevices::list() {
     return all;
 }
 
+bool AudioDevices::chooseInput(const std::string& name, std::string& error) {
+    const auto parsed = DeviceName::parse(name, error);
+    const bool ofPulse =
+        parsed && parsed->backend == DeviceName::Backend::pulse && !parsed->device.empty();
+    if (parsed && !name.empty() && !ofPulse)
+        error = name + ": no such audio input; use pulse:SOURCE, or none";
+    if (!name.empty() && !ofPulse)
+        return false;
+    std::lock_guard guard(choice().mutex);
+    choice().source = parsed->device;
+    return true;
+}
+
+std::string AudioDevices::input() {
+    const std::string source = chosenSource();
+    return source.empty() ? "" : "pulse:" + source;
+}
+
+std::vector<AudioDeviceInfo> AudioDevices::listInputs() {
+    return listTogether({PulseDevice::listInputs});
+}
+
 void AudioDevices::setPreferredPeriod(std::uint32_t frames) {
-    preferredPeriod = frames ? std::clamp(frames, kShortestPeriod, kMaximumDeviceFrames) : 0;
+    wantedPeriod = frames ? std::clamp(frames, kShortestPeriod, kMaximumDeviceFrames) : 0;
+}
+
+std::uint32_t AudioDevices::preferredPeriod() {
+    return wantedPeriod;
 }

@@ -149,6 +149,15 @@ std::vector<PulseConnection::Endpoint> PulseConnection::sinks() {
         .endpoints;
 }
 
+std::vector<PulseConnection::Endpoint> PulseConnection::sources() {
+    return ask(*this,
+               [this](Answer* answer) {
+                   return m_pulse.pa_context_get_source_info_list(m_context, gather<pa_source_info>,
+                                                                  answer);
+               })
+        .endpoints;
+}
+
 PulseConnection::Endpoint PulseConnection::sink(const std::string& name) {
     return first(ask(*this, [&](Answer* answer) {
         return m_pulse.pa_context_get_sink_info_by_name(m_context, name.c_str(),

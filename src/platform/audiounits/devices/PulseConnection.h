@@ -46,6 +46,7 @@ class PulseConnection {
     };
     Defaults defaults();
     std::vector<Endpoint> sinks();
+    std::vector<Endpoint> sources();
     /// Without a name where there is none of that name.
     Endpoint sink(const std::string& name);
     Endpoint source(const std::string& name);

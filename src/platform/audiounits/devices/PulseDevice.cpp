@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "audiounits/devices/RealTimePriority.h"
@@ -15,6 +16,8 @@ constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
 constexpr auto kStreamFlags = static_cast<pa_stream_flags_t>(
     PA_STREAM_ADJUST_LATENCY | PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING);
 
+using Endpoints = std::vector<PulseConnection::Endpoint>;
+
 AudioDeviceInfo infoOf(const PulseConnection::Endpoint& sink) {
     AudioDeviceInfo info;
     info.name = "pulse:" + sink.name;
@@ -24,10 +27,28 @@ AudioDeviceInfo infoOf(const PulseConnection::Endpoint& sink) {
     return info;
 }
 
+/// All of them, the default one first.
+std::vector<AudioDeviceInfo> infosOf(const Endpoints& endpoints, const std::string& standard) {
+    std::vector<AudioDeviceInfo> all;
+    for (const PulseConnection::Endpoint& endpoint : endpoints) {
+        AudioDeviceInfo info = infoOf(endpoint);
+        info.periodFrames = kUsualPeriod;
+        if (endpoint.name == standard)
+            info.description += " (the server's default)";
+        all.insert(endpoint.name == standard ? all.begin() : all.end(), info);
+    }
+    return all;
+}
+
+bool isMonitor(const AudioDeviceInfo& source) {
+    return source.name.ends_with(".monitor");
+}
+
 }  // namespace
 
-PulseDevice::PulseDevice(std::string sink, std::uint32_t periodFrames)
+PulseDevice::PulseDevice(std::string sink, std::uint32_t periodFrames, std::string source)
     : m_sink(std::move(sink)),
+      m_source(std::move(source)),
       m_periodFrames(periodFrames ? periodFrames : kUsualPeriod),
       m_mono(kMaximumDeviceFrames) {}
 
@@ -69,15 +90,15 @@ std::vector<AudioDeviceInfo> PulseDevice::list() {
     const auto connection = PulseConnection::open();
     if (!connection)
         return {};
-    const std::string standard = connection->defaults().sink;
-    std::vector<AudioDeviceInfo> all;
-    for (const PulseConnection::Endpoint& sink : connection->sinks()) {
-        AudioDeviceInfo info = infoOf(sink);
-        info.periodFrames = kUsualPeriod;
-        if (sink.name == standard)
-            info.description += " (the server's default)";
-        all.insert(sink.name == standard ? all.begin() : all.end(), info);
-    }
+    return infosOf(connection->sinks(), connection->defaults().sink);
+}
+
+std::vector<AudioDeviceInfo> PulseDevice::listInputs() {
+    const auto connection = PulseConnection::open();
+    if (!connection)
+        return {};
+    auto all = infosOf(connection->sources(), connection->defaults().source);
+    std::ranges::stable_partition(all, std::not_fn(isMonitor));
     return all;
 }
 
@@ -85,16 +106,21 @@ bool PulseDevice::open(AudioDeviceClient& client, bool capture) {
     m_connection = PulseConnection::open();
     if (!m_connection)
         return false;
-    const auto defaults = m_connection->defaults();
-    m_speaker = m_connection->sink(m_sink.empty() ? defaults.sink : m_sink);
+    m_speaker = m_connection->sink(m_sink.empty() ? m_connection->defaults().sink : m_sink);
     if (capture)
-        m_microphone = m_connection->source(defaults.source);
+        m_microphone = findMicrophone();
     const bool hears = capture && !m_microphone.name.empty();
     if (m_speaker.name.empty())
         return false;
     m_bridge = std::make_unique<DeviceBridge>(client, m_speaker.rate,
                                               hears ? m_microphone.rate : m_speaker.rate);
     return m_bridge->usable() && openStreams(hears);
+}
+
+PulseConnection::Endpoint PulseDevice::findMicrophone() {
+    auto chosen = m_source.empty() ? PulseConnection::Endpoint{} : m_connection->source(m_source);
+    m_hearsChosen = !chosen.name.empty();
+    return m_hearsChosen ? chosen : m_connection->source(m_connection->defaults().source);
 }
 
 bool PulseDevice::openStreams(bool capture) {
@@ -167,7 +193,8 @@ bool PulseDevice::connectInput() {
     const auto period = static_cast<std::uint32_t>(m_periodFrames * kFrameBytes);
     const pa_buffer_attr buffering{kServersChoice, kServersChoice, kServersChoice, kServersChoice,
                                    period};
-    return pulse.pa_stream_connect_record(m_input, nullptr, &buffering, kStreamFlags) == 0;
+    return pulse.pa_stream_connect_record(m_input, m_hearsChosen ? m_source.c_str() : nullptr,
+                                          &buffering, kStreamFlags) == 0;
 }
 
 void PulseDevice::closeStream(pa_stream*& stream) {

@@ -11,6 +11,7 @@
     FUNCTION(pa_context_get_sink_info_by_name)      \
     FUNCTION(pa_context_get_sink_info_list)         \
     FUNCTION(pa_context_get_source_info_by_name)    \
+    FUNCTION(pa_context_get_source_info_list)       \
     FUNCTION(pa_context_get_state)                  \
     FUNCTION(pa_context_new)                        \
     FUNCTION(pa_context_rttime_new)                 \

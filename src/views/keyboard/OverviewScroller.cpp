@@ -1,0 +1,172 @@
+#include "keyboard/OverviewScroller.h"
+
+#include <algorithm>
+
+#include "keyboard/OverviewNode.h"
+
+namespace {
+
+constexpr int kKeysInOctave = 7;  // white ones
+
+float single(qreal value) {
+    return static_cast<float>(value);
+}
+
+}  // namespace
+
+OverviewScroller::OverviewScroller(QQuickItem* parent) : QQuickItem(parent) {
+    commonInit();
+}
+
+void OverviewScroller::commonInit() {
+    setFlag(ItemHasContents);
+    setAcceptTouchEvents(true);
+    setAcceptedMouseButtons(Qt::LeftButton);
+    layoutShaders();
+}
+
+void OverviewScroller::setTarget(ScrollingKeyboardView* target) {
+    if (m_target)
+        m_target->disconnect(this);
+    m_target = target;
+    layoutShaders();
+    if (target) {
+        using View = ScrollingKeyboardView;
+        connect(target, &View::contentXChanged, this, &OverviewScroller::scrollViewDidScroll);
+        connect(target, &View::contentSizeChanged, this, &OverviewScroller::layoutShaders);
+        connect(target, &View::widthChanged, this, &OverviewScroller::layoutShaders);
+    }
+    Q_EMIT targetChanged();
+}
+
+void OverviewScroller::layoutShaders() {
+    if (!m_target || m_target->width() <= 0 || m_target->contentWidth() <= 0)
+        return;
+    const QRectF bounds = boundingRect();
+    const float wide = single(bounds.width());
+    const float content = single(m_target->contentWidth());
+    m_highlightSize = wide * single(m_target->width()) / content;
+    m_highlightX = wide * single(m_target->contentX()) / content;
+    const float right = m_highlightX + m_highlightSize;
+    m_leftShader = {bounds.x(), bounds.y(), m_highlightX, bounds.height()};
+    m_rightShader = {bounds.x() + right, bounds.y(), wide - right, bounds.height()};
+    update();
+    Q_EMIT shadersLaidOut();
+}
+
+void OverviewScroller::centreAround(float x) {
+    if (!hasTarget())
+        return;
+    const float fraction = x / single(width());
+    const float offset =
+        fraction * single(m_target->contentWidth()) - single(m_target->width()) * 0.5f;
+    m_target->scrollTo(m_target->clamped(offset), true);
+}
+
+void OverviewScroller::began(int finger, float x) {
+    if (m_finger != kNone || !hasTarget())
+        return;
+    m_finger = finger;
+    m_touchX = x;
+    if (m_highlightX <= x && x < m_highlightX + m_highlightSize) {
+        m_dragging = true;
+        m_initialX = single(m_target->contentX());
+    } else {
+        centreAround(x);
+    }
+}
+
+void OverviewScroller::moved(int finger, float x) {
+    if (finger != m_finger || !hasTarget())
+        return;
+    if (!m_dragging) {
+        centreAround(x);
+        return;
+    }
+    const float scale = single(m_target->contentWidth()) / single(width());
+    m_target->scrollTo(m_target->clamped(m_initialX + scale * (x - m_touchX)), false);
+    layoutShaders();
+}
+
+void OverviewScroller::ended(int finger) {
+    if (finger == m_finger)
+        m_finger = kNone;
+}
+
+void OverviewScroller::touchEvent(QTouchEvent* event) {
+    event->accept();
+    const bool named = std::ranges::any_of(
+        event->points(), [&](const QEventPoint& point) { return point.id() == m_finger; });
+    if (event->type() == QEvent::TouchCancel || (!named && m_finger != kMouse))
+        m_finger = kNone;  // cancelled, or gone without a word
+    for (const QEventPoint& point : event->points()) {
+        const float x = single(point.position().x());
+        if (point.state() == QEventPoint::Pressed)
+            began(point.id(), x);
+        else if (point.state() == QEventPoint::Updated)
+            moved(point.id(), x);
+        else if (point.state() == QEventPoint::Released)
+            ended(point.id());
+    }
+    setKeepTouchGrab(true);
+}
+
+void OverviewScroller::mousePressEvent(QMouseEvent* event) {
+    setKeepMouseGrab(true);
+    began(kMouse, single(event->position().x()));
+}
+
+void OverviewScroller::mouseMoveEvent(QMouseEvent* event) {
+    moved(kMouse, single(event->position().x()));
+}
+
+void OverviewScroller::mouseReleaseEvent(QMouseEvent*) {
+    ended(kMouse);
+}
+
+void OverviewScroller::mouseUngrabEvent() {
+    ended(kMouse);
+}
+
+void OverviewScroller::wheelEvent(QWheelEvent* event) {
+    if (m_target)
+        m_target->scrollByWheel(*event);
+}
+
+void OverviewScroller::keyPressEvent(QKeyEvent* event) {
+    const bool left = event->key() == Qt::Key_Left;
+    if (!hasTarget() || (!left && event->key() != Qt::Key_Right)) {
+        event->ignore();
+        return;
+    }
+    scrollByOctaves(left ? -1 : 1);
+}
+
+void OverviewScroller::scrollByOctaves(int octaves) {
+    if (m_target)
+        m_target->scrollBy(octaves * m_target->contentWidth() * kKeysInOctave / kWhiteKeyCount);
+}
+
+void OverviewScroller::geometryChange(const QRectF& now, const QRectF& before) {
+    QQuickItem::geometryChange(now, before);
+    if (now.size() == before.size())
+        return;
+    layoutShaders();
+    update();
+}
+
+void OverviewScroller::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemVisibleHasChanged || change == ItemEnabledHasChanged)
+        m_finger = kNone;
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
+    QQuickItem::itemChange(change, data);
+}
+
+QSGNode* OverviewScroller::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
+    auto* node = static_cast<OverviewNode*>(old);
+    if (!node)
+        node = new OverviewNode(*window());
+    node->show(*this);
+    return node;
+}

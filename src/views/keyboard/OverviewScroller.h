@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QPointer>
+#include <QQuickItem>
+
+#include "keyboard/ScrollingKeyboardView.h"
+
+/// The whole keyboard in miniature. It darkens what is outside the part of its target that is seen,
+/// and scrolls the target: a touch beside the lit part centres there, a drag of the lit part moves
+/// it. One finger at a time. [main]
+class OverviewScroller : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(ScrollingKeyboardView* target READ target WRITE setTarget NOTIFY targetChanged)
+    Q_PROPERTY(float highlightX READ highlightX NOTIFY shadersLaidOut)
+    Q_PROPERTY(float highlightSize READ highlightSize NOTIFY shadersLaidOut)
+
+  public:
+    explicit OverviewScroller(QQuickItem* parent = nullptr);
+
+    /// Not owned. Every scroll of it lays out the shaders.
+    ScrollingKeyboardView* target() const { return m_target; }
+    void setTarget(ScrollingKeyboardView* target);
+
+    /// The lit part, in points of the overview.
+    float highlightX() const { return m_highlightX; }
+    float highlightSize() const { return m_highlightSize; }
+    QRectF leftShader() const { return m_leftShader; }
+    QRectF rightShader() const { return m_rightShader; }
+
+    void layoutShaders();
+    /// Scrolls, animated, so that the place at x (points of the overview) is in the middle, or as
+    /// near to it as the ends allow.
+    void centreAround(float x);
+    Q_INVOKABLE void scrollByOctaves(int octaves);
+    void scrollViewDidScroll() { layoutShaders(); }
+
+  Q_SIGNALS:
+    void targetChanged();
+    void shadersLaidOut();
+
+  protected:
+    void geometryChange(const QRectF& now, const QRectF& before) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
+    void touchEvent(QTouchEvent* event) override;
+    void touchUngrabEvent() override { m_finger = kNone; }
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseUngrabEvent() override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    static constexpr int kNone = -1;
+    static constexpr int kMouse = -2;
+
+    void commonInit();
+    void began(int finger, float x);
+    void moved(int finger, float x);
+    void ended(int finger);
+    bool hasTarget() const { return m_target && m_target->width() > 0 && width() > 0; }
+
+    QRectF m_leftShader;
+    QRectF m_rightShader;
+    QPointer<ScrollingKeyboardView> m_target;
+    float m_highlightX = 0;
+    float m_highlightSize = 0;
+    float m_touchX = 0;
+    float m_initialX = 0;
+    bool m_dragging = false;  ///< once true it stays so
+    int m_finger = kNone;
+};

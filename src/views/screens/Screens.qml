@@ -1,0 +1,18 @@
+import QtQuick
+import Ombrix.Views
+
+/// Everything that opens over the main screen: a popover for each tag, shown while its tag is the
+/// presented one, and alerts. Fills the window, and takes no touch itself.
+Item {
+    id: root
+
+    required property OmbrixViewController controller
+
+    ScreenPopover { controller: root.controller; tag: "pset"; anchor: "presetButton"; screen: Component { ItemPicker {} } }
+    ScreenPopover { controller: root.controller; tag: "gmod"; anchor: "grainModeButton"; fromBelow: true; screen: Component { ItemPicker {} } }
+    ScreenPopover { controller: root.controller; tag: "psav"; anchor: "saveButton"; screen: Component { PresetSavePanel {} } }
+
+    SettingsPopover { controller: root.controller }
+
+    Alert { alert: root.controller.alert }
+}

@@ -1,0 +1,17 @@
+import QtQuick.Templates as T
+import Ombrix.Views
+
+/// The settings in the middle of the window. Keys beside them can be played meanwhile, so that a
+/// change is heard at once.
+ScreenPopover {
+    id: root
+
+    tag: "sett"
+    closePolicy: T.Popup.CloseOnEscape
+    screen: Component {
+        SettingsScreen {
+            audio: root.controller.audio
+            onDone: root.presentation.finish()
+        }
+    }
+}
