@@ -60,6 +60,7 @@ Item {
         anchors { right: parent.right; rightMargin: Theme.halfGrid }
         primary: true
         text: qsTr("Done")
+        width: 9 * Theme.grid
         y: -height
         onClicked: root.done()
     }
