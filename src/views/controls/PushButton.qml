@@ -16,10 +16,11 @@ T.Button {
     property bool primary: false
     /// What it does cannot be undone.
     property bool destructive: false
+    readonly property int pictureRoom: picture === "" ? 0 : text === "" ? 24 : 24 + Theme.grid
     property color textColor: primary ? Theme.ground : destructive ? Theme.alert : Theme.cream
 
     implicitHeight: Theme.touchTarget
-    implicitWidth: Math.max(Theme.touchTarget, row.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(Theme.touchTarget, Math.ceil(pictureRoom + words.implicitWidth) + leftPadding + rightPadding)
     leftPadding: text === "" ? Theme.grid : Theme.grid + Theme.halfGrid
     rightPadding: leftPadding
     opacity: enabled ? 1 : Theme.disabledOpacity
@@ -51,7 +52,6 @@ T.Button {
 
     contentItem: Item {
         Row {
-            id: row
             anchors.centerIn: parent
             spacing: Theme.grid
 
@@ -61,13 +61,13 @@ T.Button {
                 visible: name !== ""
             }
             Words {
+                id: words
                 anchors.verticalCenter: parent.verticalCenter
                 color: root.textColor
                 font.bold: root.primary
                 text: root.text
                 visible: text !== ""
-                width: Math.min(implicitWidth, root.width - root.leftPadding - root.rightPadding
-                                - (root.picture === "" ? 0 : 24 + row.spacing))
+                width: Math.min(implicitWidth, root.availableWidth - root.pictureRoom)
             }
         }
     }
