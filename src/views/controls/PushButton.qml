@@ -16,11 +16,12 @@ T.Button {
     property bool primary: false
     /// What it does cannot be undone.
     property bool destructive: false
-    readonly property int pictureRoom: picture === "" ? 0 : text === "" ? 24 : 24 + Theme.grid
+    /// With the gap to the text.
+    readonly property real pictureWidth: image.visible ? image.implicitWidth + (text === "" ? 0 : row.spacing) : 0
     property color textColor: primary ? Theme.ground : destructive ? Theme.alert : Theme.cream
 
     implicitHeight: Theme.touchTarget
-    implicitWidth: Math.max(Theme.touchTarget, Math.ceil(pictureRoom + words.implicitWidth) + leftPadding + rightPadding)
+    implicitWidth: Math.max(Theme.touchTarget, pictureWidth + words.implicitWidth + leftPadding + rightPadding)
     leftPadding: text === "" ? Theme.grid : Theme.grid + Theme.halfGrid
     rightPadding: leftPadding
     opacity: enabled ? 1 : Theme.disabledOpacity
@@ -52,10 +53,12 @@ T.Button {
 
     contentItem: Item {
         Row {
+            id: row
             anchors.centerIn: parent
             spacing: Theme.grid
 
             Picture {
+                id: image
                 anchors.verticalCenter: parent.verticalCenter
                 name: root.picture
                 visible: name !== ""
@@ -67,7 +70,7 @@ T.Button {
                 font.bold: root.primary
                 text: root.text
                 visible: text !== ""
-                width: Math.min(implicitWidth, root.availableWidth - root.pictureRoom)
+                width: Math.min(implicitWidth, root.width - root.leftPadding - root.rightPadding - root.pictureWidth)
             }
         }
     }

@@ -10,7 +10,7 @@ Panel {
 
     MicrophoneButton {
         id: microphone
-        anchors { left: parent.left; leftMargin: Theme.grid; top: parent.top; bottom: parent.bottom }
+        anchors { left: parent.left; top: parent.top; bottom: parent.bottom; margins: Theme.grid }
         take: root.controller.take
         width: 9 * Theme.grid
     }
@@ -45,6 +45,10 @@ Panel {
             visible: root.wave.loading
             wave: root.wave
             width: Math.min(48 * Theme.grid, parent.width - 4 * Theme.grid)
+        }
+        TakeDisplay {
+            anchors { fill: parent; margins: Theme.hairline }
+            take: root.controller.take
         }
     }
 }
