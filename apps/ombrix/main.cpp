@@ -1,12 +1,10 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 
 #include "Commands.h"
+#include "StandardFiles.h"
 #include "log/Log.h"
 
 namespace {
@@ -55,17 +53,6 @@ int run(std::span<char*> words) {
     }
     tellUser("%s is no command; see ombrix --help", word);
     return kExitBadUse;
-}
-
-/// Where stdout or stderr is closed, the next file to be opened would take its place and our
-/// messages.
-void fillStandardFiles() {
-    int file = -1;
-    do
-        file = ::open("/dev/null", O_RDWR);
-    while (file >= 0 && file <= STDERR_FILENO);
-    if (file >= 0)
-        ::close(file);
 }
 
 /// A list that a full disk has cut must not pass for a whole one.

@@ -1,7 +1,6 @@
 #include "audition/Audition.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "VornWaveSequence.h"
 #include "wavechoice/WaveChoice.h"
@@ -17,11 +16,6 @@ Audition::Loaded asSequence(const WaveChoice::Loaded& file) {
     if (!file.wave)
         return {nullptr, file.error, ""};
     return {VornWaveSequence::sequenceWithWave(file.wave), "", file.notice};
-}
-
-std::shared_ptr<VornWave2> waveOf(const std::string& path) {
-    const std::filesystem::path file(path);
-    return VornWave2::initWithReferenceToFile(file.filename(), file.parent_path());
 }
 
 }  // namespace
@@ -61,7 +55,7 @@ void Audition::play(Sound sound, const Playing& how) {
 void Audition::playFile(const std::string& path, const Playing& how,
                         std::function<void(const Loaded&)> told) {
     forgetLoading();
-    const auto wave = waveOf(path);
+    const auto wave = WaveChoice::waveOf(path);
     wave->fetch(0);
     const auto look = [this, wave, path, how, told = std::move(told)] {
         if (wave->bkgLoadState() != VornWave2::loaded)

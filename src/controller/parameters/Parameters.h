@@ -32,6 +32,14 @@ enum class ParameterId : std::uint8_t {
 
 inline constexpr std::size_t kParameterCount = 18;
 
+/// What each voice has, other than the envelope; the rest belongs to the effects behind them.
+constexpr bool isOfVoices(ParameterId id) {
+    return id <= ParameterId::grainMotion;
+}
+constexpr bool isOfEnvelope(ParameterId id) {
+    return id >= ParameterId::adsrAttack;
+}
+
 enum class ParameterKind : std::uint8_t {
     number,  // a single-precision float, on a dial
     flag,    // the sync switch: false or true

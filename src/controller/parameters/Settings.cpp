@@ -30,9 +30,10 @@ std::string newest(const std::vector<std::string>& files) {
 
 }  // namespace
 
-Settings::Settings(Instrument& instrument, PresetStore& store, UserDefaults& defaults,
-                   UnsavedTake& unsaved, SettingsDelegate& delegate)
+Settings::Settings(Instrument& instrument, WaveLoading& sounds, PresetStore& store,
+                   UserDefaults& defaults, UnsavedTake& unsaved, SettingsDelegate& delegate)
     : m_instrument(instrument),
+      m_sounds(sounds),
       m_store(store),
       m_defaults(defaults),
       m_unsaved(unsaved),
@@ -58,9 +59,30 @@ void Settings::tell(const std::string& line) {
         m_delegate.told(line);
 }
 
-void Settings::tell(const WaveChoice::Loaded& loaded) {
-    tell(loaded.error);
-    tell(loaded.notice);
+void Settings::setParameter(ParameterId id, float stored) {
+    m_instrument.setParameter(id, stored);
+    if (m_arriving)
+        m_arriving->setNumber(id, stored);
+}
+
+void Settings::setSyncSpeed(bool on) {
+    m_instrument.setSyncSpeed(on);
+    if (m_arriving)
+        m_arriving->syncSpeed = on;
+}
+
+void Settings::setGrainMode(int mode) {
+    m_instrument.setGrainMode(mode);
+    if (m_arriving)
+        m_arriving->grainMotion = mode;
+}
+
+void Settings::openSound(const std::string& path) {
+    takeArriving();
+    m_sounds.takeIn(path, [this](bool arrived) {
+        if (arrived)
+            modify();
+    });
 }
 
 Preset Settings::makePresetFromSettings() const {
@@ -70,13 +92,42 @@ Preset Settings::makePresetFromSettings() const {
 }
 
 void Settings::updateSettingsFromPreset(const Preset& preset) {
-    if (preset.wave && !WaveChoice::findWavePath(*preset.wave))
-        tell(subjectOf(preset.name) + "its sound \"" + *preset.wave +
-             "\" is not there; the default sound is used");
-    tell(m_instrument.updateSettingsFromPreset(preset));
+    m_arriving.reset();
+    m_instrument.setEffectsFromPreset(preset);
+    if (!preset.wave)
+        m_instrument.setVoicesFromPreset(preset);
     m_delegate.settingsUpdated();
     setCanDelete(hasPresetWithName(preset.name) > 0);
     unmodify();
+    if (preset.wave)
+        awaitSoundOf(preset);
+}
+
+void Settings::awaitSoundOf(const Preset& preset) {
+    const auto path = WaveChoice::findWavePath(*preset.wave);
+    if (!path)
+        tell(subjectOf(preset.name) + "its sound \"" + *preset.wave +
+             "\" is not there; the default sound is used");
+    m_arriving = preset;
+    m_savedMeanwhile = false;
+    m_sounds.setWaveTo(path.value_or(""), [this](bool arrived) { soundSettled(arrived); });
+}
+
+/// Without its sound the settings are not the preset's, and neither are they those that were saved
+/// while the sound was on its way.
+void Settings::soundSettled(bool arrived) {
+    if (!m_arriving)
+        return;
+    takeArriving();
+    if (!arrived || m_savedMeanwhile)
+        modify();
+}
+
+void Settings::takeArriving() {
+    if (const auto preset = std::exchange(m_arriving, std::nullopt)) {
+        m_instrument.setVoicesFromPreset(*preset);
+        m_delegate.settingsUpdated();
+    }
 }
 
 void Settings::pick(const Preset& preset) {
@@ -86,8 +137,10 @@ void Settings::pick(const Preset& preset) {
 }
 
 void Settings::pickSafePreset() {
-    if (m_store.presets().empty())
-        return tell(m_instrument.waves().setWaveTo(WaveChoice::defaultSoundFile()));
+    if (m_store.presets().empty()) {
+        takeArriving();
+        return m_sounds.setWaveTo(WaveChoice::defaultSoundFile(), nullptr);
+    }
     m_currentPreset = m_store.presets().rbegin()->second;
     updateSettingsFromPreset(*m_currentPreset);
     setPickerTitle(m_currentPreset->name);
@@ -107,6 +160,7 @@ std::string Settings::savedPreset(const Preset& preset, const std::string& name)
     setCanDelete(true);
     unmodify();
     m_currentPreset = std::move(saved);
+    m_savedMeanwhile = true;
     return "";
 }
 
@@ -141,6 +195,7 @@ std::string Settings::deleteCurrentPreset() {
 }
 
 void Settings::restoreLastPreset() {
+    m_restored = true;
     const auto title = m_defaults.string(kCurrentPreset);
     const auto edited = m_defaults.dictionary(kCurrentSettings);
     const Preset* last = title ? m_store.find(*title) : nullptr;
@@ -176,19 +231,38 @@ void Settings::restoreUnsavedWave() {
     std::string error;
     if (!m_unsaved.adopt(file, error))
         return tell(error);
-    WaveChoice& waves = m_instrument.waves();
-    tell(waves.setWaveTo(m_unsaved.path()));
-    waves.setCurrentWaveFilename(std::nullopt);
+    m_sounds.setWaveTo(m_unsaved.path(), [this](bool arrived) {
+        if (arrived)
+            m_instrument.waves().setCurrentWaveFilename(std::nullopt);
+    });
 }
 
+/// What the settings are once the sound on its way has arrived.
+Preset Settings::settingsToCome() const {
+    Preset preset = makePresetFromSettings();
+    if (!m_arriving)
+        return preset;
+    preset.wave = m_arriving->wave;
+    preset.syncSpeed = m_arriving->syncSpeed;
+    preset.grainMotion = m_arriving->grainMotion;
+    for (const Parameter& row : kParameters) {
+        if (row.kind == ParameterKind::number && isOfVoices(row.id))
+            preset.setNumber(row.id, m_arriving->number(row.id));
+    }
+    return preset;
+}
+
+/// Before anything was restored there is nothing new to keep.
 void Settings::keepForNextRun() {
+    if (!m_restored)
+        return;
     m_defaults.set(kCurrentPreset, m_pickerTitle);
     if (!m_modified)
         return m_defaults.remove(kCurrentSettings);
     const WaveChoice& waves = m_instrument.waves();
     if (!waves.currentWaveFilename() && waves.currentWave())
         tell(m_unsaved.store(*waves.currentWave()));
-    m_defaults.set(kCurrentSettings, makePresetFromSettings().toPropertyList());
+    m_defaults.set(kCurrentSettings, settingsToCome().toPropertyList());
 }
 
 void Settings::resetAfterCrash() {

@@ -7,6 +7,7 @@
 #include "parameters/PresetStore.h"
 #include "recording/UnsavedTake.h"
 #include "startup/Instrument.h"
+#include "wavechoice/WaveLoading.h"
 
 /// What a screen hears of the settings in use.
 class SettingsDelegate {
@@ -26,9 +27,10 @@ class SettingsDelegate {
 /// are kept from one run to the next, in the user defaults. [main]
 class Settings {
   public:
-    /// None is owned. `unsaved` keeps a sound that has no file from one run to the next.
-    Settings(Instrument& instrument, PresetStore& store, UserDefaults& defaults,
-             UnsavedTake& unsaved, SettingsDelegate& delegate);
+    /// None is owned. `unsaved` keeps a sound that has no file from one run to the next; sounds
+    /// are chosen through `sounds`, and arrive later.
+    Settings(Instrument& instrument, WaveLoading& sounds, PresetStore& store,
+             UserDefaults& defaults, UnsavedTake& unsaved, SettingsDelegate& delegate);
 
     /// The preset last applied, if any.
     const std::optional<Preset>& currentPreset() const { return m_currentPreset; }
@@ -41,7 +43,19 @@ class Settings {
     void modify() { setModified(true); }
     void unmodify() { setModified(false); }
 
+    /// The player turned a dial, the sync switch, or chose a mode. Stays when a preset's sound
+    /// arrives afterwards. None counts as a change by itself.
+    void setParameter(ParameterId id, float stored);
+    void setSyncSpeed(bool on);
+    void setGrainMode(int mode);
+    /// The player chose a sound file from anywhere; counts as a change when it is in use.
+    void openSound(const std::string& path);
+
+    /// As it sounds now: a preset whose sound is still on its way has no part in it but its effects
+    /// and its envelope.
     Preset makePresetFromSettings() const;
+    /// Effects and envelope at once; the voices' numbers with the preset's sound, at once where it
+    /// names none.
     void updateSettingsFromPreset(const Preset& preset);
     int hasPresetWithName(const std::string& name) const { return m_store.hasPresetWithName(name); }
 
@@ -72,12 +86,16 @@ class Settings {
     void setModified(bool modified);
     void setCanDelete(bool canDelete);
     void tell(const std::string& line);
-    void tell(const WaveChoice::Loaded& loaded);
+    void awaitSoundOf(const Preset& preset);
+    void soundSettled(bool arrived);
+    void takeArriving();
+    Preset settingsToCome() const;
     void restoreEdited(const PropertyListValue::Dictionary& edited);
     void restoreUnsavedWave();
     std::string storeWaveOf(Preset& preset);
 
     Instrument& m_instrument;
+    WaveLoading& m_sounds;
     PresetStore& m_store;
     UserDefaults& m_defaults;
     UnsavedTake& m_unsaved;
@@ -86,4 +104,7 @@ class Settings {
     std::string m_pickerTitle;
     bool m_modified = false;
     bool m_canDelete = false;
+    bool m_restored = false;
+    std::optional<Preset> m_arriving;  // its sound is on its way; with what was changed meanwhile
+    bool m_savedMeanwhile = false;
 };

@@ -3,8 +3,11 @@
 DialBank::DialBank(Instrument& instrument, Settings& settings)
     : m_instrument(instrument), m_settings(settings) {
     for (const Parameter& row : kParameters) {
-        if (!row.dialName.empty())
-            m_dials[std::size_t(row.id)] = std::make_unique<DialState>(*this, row.id);
+        if (row.dialName.empty())
+            continue;
+        auto& dial = m_dials[std::size_t(row.id)];
+        dial = std::make_unique<DialState>(*this, row.id);
+        dial->setParent(this);  // or QML, which is given it by `dial`, would destroy it
     }
 }
 
@@ -61,23 +64,36 @@ QString DialBank::text(ParameterId id, float value, bool spoken) const {
     return QString::fromStdString(dialText(id, value, spoken, m_instrument.syncSpeed()));
 }
 
+QString DialBank::formatDialView(std::uint32_t tag, float value, bool accessible) const {
+    const Parameter* row = parameterWithTag(tag);
+    return row ? text(row->id, value, accessible) : QString();
+}
+
 void DialBank::tweak(ParameterId id, float value) {
-    m_instrument.setParameter(id, storedValue(id, value));
+    set(id, storedValue(id, value));
+}
+
+void DialBank::set(ParameterId id, float stored) {
+    m_settings.setParameter(id, stored);
     m_settings.modify();
-    if (id >= ParameterId::adsrAttack)
+    if (isOfEnvelope(id))
         Q_EMIT envelopeTweaked();
 }
 
+// The stored value: an envelope time may be longer than its dial can say.
 void DialBank::doubleTapped(ParameterId id) {
     if (id == ParameterId::grainSpeed)
         return toggleSyncSpeed();
     const auto& preset = m_settings.currentPreset();
-    if (preset)
-        dial(id).tweak(dialValue(id, preset->number(id)));
+    if (!preset)
+        return;
+    const float stored = preset->number(id);
+    dial(id).setValue(dialValue(id, stored));
+    set(id, stored);
 }
 
 void DialBank::toggleSyncSpeed() {
-    m_instrument.setSyncSpeed(!m_instrument.syncSpeed());
+    m_settings.setSyncSpeed(!m_instrument.syncSpeed());
     showSync();
 }
 
@@ -86,9 +102,19 @@ void DialBank::showSync() {
 }
 
 void DialBank::update() {
-    for (const auto& dial : m_dials) {
-        if (dial)
-            dial->setValue(dialValue(dial->id(), m_instrument.parameter(dial->id())));
-    }
+    for (const auto& dial : m_dials)
+        show(dial.get());
     showSync();
+}
+
+void DialBank::updateEnvelope() {
+    for (const auto& dial : m_dials) {
+        if (dial && isOfEnvelope(dial->id()))
+            show(dial.get());
+    }
+}
+
+void DialBank::show(DialState* dial) {
+    if (dial)
+        dial->setValue(dialValue(dial->id(), m_instrument.parameter(dial->id())));
 }

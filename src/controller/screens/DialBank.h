@@ -25,18 +25,26 @@ class DialBank : public QObject {
     static QString nameOf(ParameterId id);
     QString text(ParameterId id, float value, bool spoken) const;
 
+    /// The same for a dial's tag; empty for a tag that no dial has.
+    QString formatDialView(std::uint32_t tag, float value, bool accessible) const;
+
+    /// A dial was turned: its value goes to voices and units as the table maps it.
     void tweak(ParameterId id, float value);
     void doubleTapped(ParameterId id);
     /// The sync switch of the grain speed. Does not count as a change.
     Q_INVOKABLE void toggleSyncSpeed();
     /// All dials from the instrument.
     void update();
+    /// The four of the envelope.
+    void updateEnvelope();
 
   Q_SIGNALS:
     /// A dial of the envelope was turned.
     void envelopeTweaked();
 
   private:
+    void set(ParameterId id, float stored);
+    void show(DialState* dial);
     void showSync();
 
     Instrument& m_instrument;

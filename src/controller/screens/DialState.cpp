@@ -1,5 +1,7 @@
 #include "screens/DialState.h"
 
+#include <algorithm>
+
 #include "screens/DialBank.h"
 
 DialState::DialState(DialBank& bank, ParameterId id)
@@ -24,8 +26,8 @@ QString DialState::text(float value, bool spoken) const {
 }
 
 void DialState::tweak(float value) {
-    m_value = value;
-    m_bank.tweak(m_id, value);
+    m_value = limited(value);
+    m_bank.tweak(m_id, m_value);
     Q_EMIT valueChanged();
 }
 
@@ -34,10 +36,16 @@ void DialState::doubleTapped() {
 }
 
 void DialState::setValue(float value) {
+    value = limited(value);
     if (value == m_value)
         return;
     m_value = value;
     Q_EMIT valueChanged();
+}
+
+/// What is no number leaves the dial where it is.
+float DialState::limited(float value) const {
+    return value == value ? std::clamp(value, minValue(), maxValue()) : m_value;
 }
 
 void DialState::setGlyph(const QString& glyph) {

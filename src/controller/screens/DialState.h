@@ -43,7 +43,8 @@ class DialState : public QObject {
     /// Back to the value of the preset that was chosen; on the grain speed the sync switch turns.
     Q_INVOKABLE void doubleTapped();
 
-    /// From the instrument; the player has done nothing.
+    /// From the instrument; the player has done nothing. A value beyond the dial's range shows at
+    /// its end.
     void setValue(float value);
     void setGlyph(const QString& glyph);
 
@@ -52,6 +53,8 @@ class DialState : public QObject {
     void glyphChanged();
 
   private:
+    float limited(float value) const;
+
     DialBank& m_bank;
     ParameterId m_id;
     float m_value;

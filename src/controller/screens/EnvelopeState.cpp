@@ -7,7 +7,7 @@ EnvelopeState::EnvelopeState(Instrument& instrument, Settings& settings, DialBan
 
 void EnvelopeState::adsrViewUpdated(float attack, float decay, float sustain, float releaseTime) {
     m_instrument.setEnvelopes({attack, decay, sustain, releaseTime});
-    m_dials.update();
+    m_dials.updateEnvelope();
     m_settings.modify();
     Q_EMIT changed();
 }

@@ -29,6 +29,6 @@ QString GrainModeState::spokenLabel() const {
 void GrainModeState::pick(int index) {
     if (index < 0 || std::size_t(index) >= kGrainModes.size())
         return;
-    m_instrument.setGrainMode(index);
+    m_settings.setGrainMode(index);
     Q_EMIT changed();
 }

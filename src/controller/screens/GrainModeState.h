@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-#include "startup/Instrument.h"
+#include "parameters/Settings.h"
 
 /// The grain mode as its button shows it. [main]
 class GrainModeState : public QObject {
@@ -13,7 +13,8 @@ class GrainModeState : public QObject {
     Q_PROPERTY(QString spokenLabel READ spokenLabel NOTIFY changed)
 
   public:
-    explicit GrainModeState(Instrument& instrument) : m_instrument(instrument) {}
+    GrainModeState(Instrument& instrument, Settings& settings)
+        : m_instrument(instrument), m_settings(settings) {}
 
     int index() const { return m_instrument.grainMode(); }
     QString name() const;
@@ -30,4 +31,5 @@ class GrainModeState : public QObject {
 
   private:
     Instrument& m_instrument;
+    Settings& m_settings;
 };

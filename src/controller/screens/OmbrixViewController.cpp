@@ -1,12 +1,14 @@
 #include "screens/OmbrixViewController.h"
 
 #include "folders/Folders.h"
+#include "startup/CrashAlert.h"
 
 OmbrixViewController::OmbrixViewController() {
     m_settingsController = std::make_unique<SettingsController>(m_defaults);
 }
 
 OmbrixViewController::~OmbrixViewController() {
+    NotificationCentre::defaultCentre().removeObserver(m_settingsObserver);
     RunLoop::main().cancel(m_restore);
 }
 
@@ -14,6 +16,7 @@ void OmbrixViewController::viewDidLoad() {
     initialiseAudio();
     initialiseSettings();
     initialiseViews();
+    observe();
     m_restore = RunLoop::main().callAfter(0, [this] { m_settings->restoreLastPreset(); });
 }
 
@@ -31,8 +34,9 @@ void OmbrixViewController::initialiseSettings() {
     m_store = std::make_unique<PresetStore>(
         WaveChoice::presetFilename(), WaveChoice::resource("default-presets.plist").value_or(""),
         [this](const std::string& line) { told(line); });
-    m_settings = std::make_unique<Settings>(*m_instrument, *m_store, m_defaults, *m_unsaved,
-                                            static_cast<SettingsDelegate&>(*this));
+    m_sounds = std::make_unique<WaveLoading>(m_instrument->waves());
+    m_settings = std::make_unique<Settings>(*m_instrument, *m_sounds, *m_store, m_defaults,
+                                            *m_unsaved, static_cast<SettingsDelegate&>(*this));
     m_lifecycle = std::make_unique<Lifecycle>(*m_instrument, *m_settings, *m_marker);
 }
 
@@ -42,16 +46,44 @@ void OmbrixViewController::initialiseViews() {
         std::make_unique<Performance>(m_instrument->notes(), m_instrument->recordingUnit());
     m_dials = std::make_unique<DialBank>(*m_instrument, *m_settings);
     m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
-    m_grainMode = std::make_unique<GrainModeState>(*m_instrument);
+    m_grainMode = std::make_unique<GrainModeState>(*m_instrument, *m_settings);
     m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);
     m_presetScreens = std::make_unique<PresetScreens>(
         PresetScreens::Rooms{*m_settings, *m_store, *m_grainMode, *m_presetBar, *m_presentation,
                              *m_alert},
         [this](const std::string& line) { told(line); });
     m_voices = std::make_unique<VoicesState>(*m_instrument);
-    m_wave = std::make_unique<WaveState>(m_instrument->waves());
+    const auto tell = [this](const std::string& line) { told(line); };
+    m_wave = std::make_unique<WaveState>(m_instrument->waves(), *m_sounds, tell);
+    m_files = std::make_unique<FileOpening>(*m_settings, *m_store, tell);
+    m_deviceNews = std::make_unique<DeviceNews>(tell);
     initialiseRecording();
     initialiseAudioSetup();
+    if (m_marker->previousRunCrashed())
+        askAfterCrash();
+    m_marker->markRunning(true);
+}
+
+void OmbrixViewController::askAfterCrash() {
+    m_alert->show({.tag = CrashAlert::kTag,
+                   .title = tr(CrashAlert::kTitle),
+                   .message = tr(CrashAlert::kMessage),
+                   .cancel = tr(CrashAlert::kCancel),
+                   .other = tr(CrashAlert::kReset)},
+                  [this](std::uint32_t, int button) {
+                      if (button == 1)
+                          m_settings->resetAfterCrash();
+                  });
+}
+
+void OmbrixViewController::observe() {
+    m_settingsObserver = NotificationCentre::defaultCentre().addObserver(
+        kSettingsChangedNotification, [this] { internalSettingsChanged(); });
+}
+
+/// The keyboard is laid out anew by who shows it.
+void OmbrixViewController::internalSettingsChanged() {
+    m_settings->internalSettingsChanged();
 }
 
 void OmbrixViewController::initialiseRecording() {
@@ -125,7 +157,9 @@ bool OmbrixViewController::closeTop() {
     return m_alert->dismiss() || m_presentation->dismiss();
 }
 
-void OmbrixViewController::openFiles(const QStringList&) {}
+void OmbrixViewController::openFiles(const QStringList& paths) {
+    m_files->open(paths);
+}
 
 void OmbrixViewController::willForeground(bool returning) {
     m_lifecycle->willForeground(returning);
@@ -137,7 +171,8 @@ void OmbrixViewController::willBackground(bool leaving) {
 }
 
 void OmbrixViewController::willTerminate() {
-    m_lifecycle->willTerminate();
+    if (!std::exchange(m_terminated, true))
+        m_lifecycle->willTerminate();
 }
 
 void OmbrixViewController::pickerTitleChanged(const std::string&) {
@@ -159,7 +194,6 @@ void OmbrixViewController::settingsUpdated() {
     m_dials->update();
     m_envelope->update();
     m_grainMode->update();
-    m_wave->update();
 }
 
 void OmbrixViewController::told(const std::string& line) {

@@ -9,8 +9,10 @@
 #include "recording/Performance.h"
 #include "screens/AlertController.h"
 #include "screens/AudioSetup.h"
+#include "screens/DeviceNews.h"
 #include "screens/DialBank.h"
 #include "screens/EnvelopeState.h"
+#include "screens/FileOpening.h"
 #include "screens/GrainModeState.h"
 #include "screens/Notices.h"
 #include "screens/PerformanceScreen.h"
@@ -93,10 +95,11 @@ class OmbrixViewController : public QObject,
 
     /// Sounds become the sound in use (the last of them), presets and bundles are taken in and the
     /// last one is chosen.
-    void openFiles(const QStringList& paths);
+    Q_INVOKABLE void openFiles(const QStringList& paths);
 
     void willForeground(bool returning);
     void willBackground(bool leaving);
+    /// Only the first call counts.
     void willTerminate();
 
   Q_SIGNALS:
@@ -107,6 +110,9 @@ class OmbrixViewController : public QObject,
     void initialiseAudio();
     void initialiseSettings();
     void initialiseViews();
+    void observe();
+    void askAfterCrash();
+    void internalSettingsChanged();
     void initialiseRecording();
     void initialiseAudioSetup();
 
@@ -131,6 +137,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<RunningMarker> m_marker;
     std::unique_ptr<UnsavedTake> m_unsaved;
     std::unique_ptr<Instrument> m_instrument;
+    std::unique_ptr<WaveLoading> m_sounds;
     std::unique_ptr<PresetStore> m_store;
     std::unique_ptr<Settings> m_settings;
     std::unique_ptr<Lifecycle> m_lifecycle;
@@ -145,6 +152,10 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<TakeScreen> m_takeScreen;
     std::unique_ptr<PerformanceScreen> m_performanceScreen;
     std::unique_ptr<PresetScreens> m_presetScreens;
+    std::unique_ptr<FileOpening> m_files;
+    std::unique_ptr<DeviceNews> m_deviceNews;
+    NotificationCentre::Token m_settingsObserver = 0;
     std::unique_ptr<Sharing> m_sharing;
     RunLoop::Token m_restore = 0;
+    bool m_terminated = false;
 };

@@ -1,23 +1,89 @@
 #include "screens/VoicesState.h"
 
-VoicesState::VoicesState(Instrument& instrument) : m_instrument(instrument) {
+#include <algorithm>
+
+#include "runloop/Clock.h"
+
+namespace {
+
+constexpr double kLookSeconds = 1.0 / 30;
+constexpr float kFall = 0.87f;        // of the level, at each look
+constexpr float kQuiet = 0.001f;      // a level that counts as none: -60 dB
+constexpr double kClipSeconds = 0.5;  // how long the clip light stays on
+
+/// Sets it, and answers whether that changed anything.
+template <typename T>
+bool change(T& value, const T& now) {
+    if (value == now)
+        return false;
+    value = now;
+    return true;
+}
+
+}  // namespace
+
+VoicesState::VoicesState(Instrument& instrument)
+    : m_instrument(instrument),
+      m_clipObserver(NotificationCentre::defaultCentre().addObserver(
+          kAudioClippedNotification, [this] { m_clipHeard = true; })) {
     m_instrument.notes().addDelegate(*this);
 }
 
 VoicesState::~VoicesState() {
+    NotificationCentre::defaultCentre().removeObserver(m_clipObserver);
+    RunLoop::main().cancel(m_looking);
     m_instrument.notes().removeDelegate(*this);
 }
 
 void VoicesState::keyTouched(bool) {
+    if (!m_looking) {
+        m_instrument.takePeak();
+        m_looking = RunLoop::main().callEvery(kLookSeconds, [this] { look(); });
+    }
     look();
 }
 
 void VoicesState::look() {
+    lookAtVoices();
+    lookAtLevel();
+    lookAtClips();
+    const bool voices = std::ranges::any_of(m_stages, [](int stage) { return stage != 0; });
+    if (change(m_sounding, voices || m_level > 0))
+        Q_EMIT soundingChanged();
+    if (!m_sounding && !m_clipped)
+        rest();
+}
+
+void VoicesState::rest() {
+    RunLoop::main().cancel(m_looking);
+    m_looking = 0;
+}
+
+void VoicesState::lookAtVoices() {
     QList<int> stages;
-    for (const auto& envelope : m_instrument.voices().envelopes)
-        stages.append(envelope->state().triggered);
-    if (stages == m_stages)
-        return;
-    m_stages = stages;
-    Q_EMIT stagesChanged();
+    QList<float> heads;
+    for (unsigned i = 0; i < kVoiceCount; ++i) {
+        stages.append(m_instrument.voices().envelopes[i]->state().triggered);
+        const GrainNoteData& note = *m_instrument.voices().synths[i]->note();
+        if (stages.last() != 0)
+            heads.append({note.heads[0], note.heads[1]});
+    }
+    if (change(m_stages, stages))
+        Q_EMIT stagesChanged();
+    if (change(m_heads, heads))
+        Q_EMIT headsChanged();
+}
+
+void VoicesState::lookAtLevel() {
+    float level = std::max(m_instrument.takePeak(), m_level * kFall);
+    level = level < kQuiet ? 0.f : level;
+    if (change(m_level, level))
+        Q_EMIT levelChanged();
+}
+
+void VoicesState::lookAtClips() {
+    if (m_clipHeard.exchange(false))
+        m_clippedUntil = Clock::monotonic() + kClipSeconds;
+    if (change(m_clipped, Clock::monotonic() < m_clippedUntil))
+        Q_EMIT clippedChanged();
 }

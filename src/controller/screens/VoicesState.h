@@ -2,19 +2,22 @@
 
 #include <QList>
 #include <QObject>
+#include <atomic>
 
+#include "notifications/NotificationCentre.h"
 #include "runloop/RunLoop.h"
 #include "startup/Instrument.h"
 
-/// What sounds right now, for the lamps, the level meter and the clip light. Looks at the voices 30
-/// times a second while something sounds, and twice a second otherwise; tells only what has
-/// changed. [main]
+/// What sounds right now, for the lamps, the level meter, the clip light and the read heads. Looks
+/// 30 times a second from the first key on until all is quiet, and tells only what has changed;
+/// while nothing sounds nothing runs. [main]
 class VoicesState : public QObject, private NotesDelegate {
     Q_OBJECT
     Q_PROPERTY(QList<int> stages READ stages NOTIFY stagesChanged)
     Q_PROPERTY(bool sounding READ sounding NOTIFY soundingChanged)
     Q_PROPERTY(float level READ level NOTIFY levelChanged)
     Q_PROPERTY(bool clipped READ clipped NOTIFY clippedChanged)
+    Q_PROPERTY(QList<float> heads READ heads NOTIFY headsChanged)
 
   public:
     explicit VoicesState(Instrument& instrument);
@@ -22,25 +25,40 @@ class VoicesState : public QObject, private NotesDelegate {
 
     /// Of each voice: 0 rests, 1 sounds, 2 is being released.
     QList<int> stages() const { return m_stages; }
+    /// Whether any voice does not rest, or the effects still ring.
     bool sounding() const { return m_sounding; }
-    /// Peak of the output, 0 to 1 of full scale.
+    /// Peak of the output, 0 to 1 of full scale; falls by half in a sixth of a second.
     float level() const { return m_level; }
-    /// The clip light: on for a while after each clip.
+    /// The clip light: on for half a second after each clip.
     bool clipped() const { return m_clipped; }
+    /// Both read positions of each voice that does not rest, one behind the other, in samples of
+    /// the sound.
+    QList<float> heads() const { return m_heads; }
 
   Q_SIGNALS:
     void stagesChanged();
     void soundingChanged();
     void levelChanged();
     void clippedChanged();
+    void headsChanged();
 
   private:
     void keyTouched(bool down) override;
     void look();
+    void lookAtVoices();
+    void lookAtLevel();
+    void lookAtClips();
+    void rest();
 
     Instrument& m_instrument;
     QList<int> m_stages = QList<int>(kVoiceCount, 0);
+    QList<float> m_heads;
     bool m_sounding = false;
     float m_level = 0;
     bool m_clipped = false;
+    double m_clippedUntil = 0;     // on Clock::monotonic
+    RunLoop::Token m_looking = 0;  // 0: nothing sounds
+    // Set by the audio thread; all that the observer of its notice does.
+    std::atomic<bool> m_clipHeard{false};
+    NotificationCentre::Token m_clipObserver;
 };

@@ -2,14 +2,15 @@
 
 #include <QObject>
 #include <QString>
+#include <functional>
 #include <memory>
 
-#include "wavechoice/WaveChoice.h"
+#include "runloop/RunLoop.h"
+#include "wavechoice/WaveLoading.h"
 
-/// The sound in use, as the wave view shows it, and one that is on its way: sounds are loaded in
-/// the background; name, view and voices change when a load has succeeded; of overlapping choices
-/// the last wins, and one that fails changes nothing. [main]
-class WaveState : public QObject {
+/// The sound in use, as the wave view shows it, and one that is on its way. A load that takes no
+/// time to speak of is not shown. [main]
+class WaveState : public QObject, private WaveLoadingDelegate {
     Q_OBJECT
     Q_PROPERTY(QString name READ name NOTIFY waveChanged)
     Q_PROPERTY(bool loading READ loading NOTIFY loadingChanged)
@@ -17,7 +18,11 @@ class WaveState : public QObject {
     Q_PROPERTY(QString loadingName READ loadingName NOTIFY loadingChanged)
 
   public:
-    explicit WaveState(WaveChoice& waves) : m_waves(waves) {}
+    /// Hears one line for the user at a time.
+    using Tell = std::function<void(const std::string& line)>;
+
+    WaveState(WaveChoice& waves, WaveLoading& sounds, Tell tell);
+    ~WaveState() override;
 
     /// File name without extension; empty for a take without a name.
     QString name() const;
@@ -29,7 +34,7 @@ class WaveState : public QObject {
     float progress() const { return m_progress; }
     QString loadingName() const { return m_loadingName; }
     /// Forgets the sound that is on its way.
-    Q_INVOKABLE void cancel();
+    Q_INVOKABLE void cancel() { m_sounds.cancel(); }
 
     void update() { Q_EMIT waveChanged(); }
 
@@ -40,8 +45,17 @@ class WaveState : public QObject {
     void progressChanged();
 
   private:
+    void waveArrived() override { update(); }
+    void loadingBeganOrEnded() override;
+    void show(bool loading);
+    void loadingTold(const std::string& line) override { m_tell(line); }
+    void look();
+
     WaveChoice& m_waves;
+    WaveLoading& m_sounds;
+    Tell m_tell;
     bool m_loading = false;
     float m_progress = 0;
     QString m_loadingName;
+    RunLoop::Token m_looking = 0;  // 0: nothing is on its way
 };

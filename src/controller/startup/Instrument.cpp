@@ -11,6 +11,7 @@ constexpr float kFirstPitch = 440.f;
 constexpr ADSRSettings kFirstEnvelope{0.f, 0.f, 1.f, 0.02f};
 constexpr int kSilenceOnUntrigger = 2;
 constexpr int kStageHeld = 1;
+constexpr double kSettleSeconds = 0.05;  // longer than a render
 
 /// The envelope's field that a parameter sets; null for parameters of other units.
 float ADSRSettings::*envelopeField(ParameterId id) {
@@ -28,11 +29,6 @@ float ADSRSettings::*envelopeField(ParameterId id) {
     }
 }
 
-/// A number that each voice has, not one of the effects behind them.
-bool isOfVoices(ParameterId id) {
-    return id <= ParameterId::fmFrequency;
-}
-
 }  // namespace
 
 Instrument::Instrument(bool automaticGain) {
@@ -40,6 +36,7 @@ Instrument::Instrument(bool automaticGain) {
 }
 
 Instrument::~Instrument() {
+    RunLoop::main().cancel(m_settling);
     m_engine.stop();
     m_engine.uninitialise();
     m_engine.disconnect(m_recordingUnit, 0, m_engine.mixer(), 0);
@@ -96,25 +93,33 @@ Preset Instrument::makePresetFromSettings() const {
 }
 
 WaveChoice::Loaded Instrument::updateSettingsFromPreset(const Preset& preset) {
-    const auto setNumbers = [&](bool ofVoices) {
-        for (const Parameter& row : kParameters) {
-            if (row.kind == ParameterKind::number && !envelopeField(row.id) &&
-                isOfVoices(row.id) == ofVoices)
-                setParameter(row.id, preset.number(row.id));
-        }
-    };
-    setNumbers(false);
-    setEnvelopes({preset.number(ParameterId::adsrAttack), preset.number(ParameterId::adsrDecay),
-                  preset.number(ParameterId::adsrSustain),
-                  preset.number(ParameterId::adsrRelease)});
+    setEffectsFromPreset(preset);
     WaveChoice::Loaded loaded;
     if (preset.wave)
         loaded = m_waves.setWaveTo(WaveChoice::findWavePath(*preset.wave).value_or(""));
-    // Behind the sound, which takes a while: the old one is not heard in the new one's grains.
-    setNumbers(true);
+    setVoicesFromPreset(preset);
+    return loaded;
+}
+
+void Instrument::setEffectsFromPreset(const Preset& preset) {
+    setNumbers(preset, false);
+    setEnvelopes({preset.number(ParameterId::adsrAttack), preset.number(ParameterId::adsrDecay),
+                  preset.number(ParameterId::adsrSustain),
+                  preset.number(ParameterId::adsrRelease)});
+}
+
+void Instrument::setVoicesFromPreset(const Preset& preset) {
+    setNumbers(preset, true);
     setSyncSpeed(preset.syncSpeed);
     setGrainMode(preset.grainMotion);
-    return loaded;
+}
+
+void Instrument::setNumbers(const Preset& preset, bool ofVoices) {
+    for (const Parameter& row : kParameters) {
+        if (row.kind == ParameterKind::number && !envelopeField(row.id) &&
+            isOfVoices(row.id) == ofVoices)
+            setParameter(row.id, preset.number(row.id));
+    }
 }
 
 bool Instrument::keysSound() const {
@@ -159,7 +164,7 @@ float Instrument::parameter(ParameterId id) const {
         case ParameterId::distortion:
             return m_distortionUnit.strength();
         default:
-            return m_voices.envelopes[0]->settings().*envelopeField(id);
+            return envelope().*envelopeField(id);
     }
 }
 
@@ -194,17 +199,30 @@ void Instrument::setParameter(ParameterId id, float stored) {
         case ParameterId::distortion:
             return m_distortionUnit.setStrength(stored);
         default:
-            ADSRSettings envelope = m_voices.envelopes[0]->settings();
-            envelope.*envelopeField(id) = stored;
-            return setEnvelopes(envelope);
+            ADSRSettings changed = envelope();
+            changed.*envelopeField(id) = stored;
+            return setEnvelopes(changed);
     }
 }
 
-// All four values in one write: a render puts back the settings that it began with, so the fewer
-// writes, the fewer are lost.
+ADSRSettings Instrument::envelope() const {
+    return m_settling ? m_envelope : m_voices.envelopes[0]->settings();
+}
+
+// A render puts back the settings that it began with: what it undoes is written again.
 void Instrument::setEnvelopes(const ADSRSettings& settings) {
+    m_envelope = settings;
     for (const auto& envelope : m_voices.envelopes)
         envelope->setSettings(settings);
+    RunLoop::main().cancel(m_settling);
+    m_settling = RunLoop::main().callAfter(kSettleSeconds, [this] { settleEnvelopes(); });
+}
+
+void Instrument::settleEnvelopes() {
+    m_settling = 0;
+    const auto holds = [this](const auto& envelope) { return envelope->settings() == m_envelope; };
+    if (!std::ranges::all_of(m_voices.envelopes, holds))
+        setEnvelopes(m_envelope);
 }
 
 bool Instrument::syncSpeed() const {

@@ -13,6 +13,7 @@
 #include "notes/Notes.h"
 #include "parameters/Parameters.h"
 #include "parameters/Preset.h"
+#include "runloop/RunLoop.h"
 #include "startup/Voices.h"
 #include "wavechoice/WaveChoice.h"
 
@@ -35,6 +36,8 @@ class Instrument {
     WaveChoice& waves() { return m_waves; }
     const Voices& voices() const { return m_voices; }
     const Float32ToSInt16& converter() const { return m_converter; }
+    /// Loudest sample of the output since the last call, 0 to 1 of full scale.
+    float takePeak() { return m_converter.takePeak(); }
     /// Hears all that is played, and nothing else.
     PassthruRecordingUnit& recordingUnit() { return m_recordingUnit; }
 
@@ -44,8 +47,13 @@ class Instrument {
     /// The present settings as a preset: what the units hold, as they would store it.
     Preset makePresetFromSettings() const;
     /// Sets all units from a preset. A preset that names no wave keeps the present one; one that
-    /// does answers how its loading went.
+    /// does answers how its loading went, for which this waits.
     WaveChoice::Loaded updateSettingsFromPreset(const Preset& preset);
+    /// Its two halves, for who does not wait: effects and envelope; and what belongs to the voices,
+    /// to be set behind the preset's sound, so that the old one is not heard in the new one's
+    /// grains.
+    void setEffectsFromPreset(const Preset& preset);
+    void setVoicesFromPreset(const Preset& preset);
 
     /// One number of the parameter table as presets store it, read from and given to the unit that
     /// it belongs to.
@@ -68,6 +76,9 @@ class Instrument {
   private:
     void initialiseAudio(bool automaticGain);
     void makeVoice(unsigned index);
+    void setNumbers(const Preset& preset, bool ofVoices);
+    ADSRSettings envelope() const;
+    void settleEnvelopes();
 
     Vornery& m_engine = Vornery::sharedInstance();
     Voices m_voices;
@@ -80,4 +91,6 @@ class Instrument {
     PassthruRecordingUnit m_recordingUnit;
     Notes m_notes{m_voices};
     WaveChoice m_waves{m_voices};
+    ADSRSettings m_envelope;        // wanted, while settling
+    RunLoop::Token m_settling = 0;  // 0: all voices have it
 };

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <vector>
 
 #include "wavechoice/WaveChoice.h"
 #include "wavechoice/WaveNames.h"
@@ -37,6 +38,28 @@ bool sameBytes(const std::string& one, const std::string& other) {
 
 ArrivingWave::ArrivingWave(const std::string& plainName)
     : m_name(plainName), m_aside(placeFor(plainName)) {}
+
+std::string ArrivingWave::nameFor(const std::string& path) {
+    const fs::path file(path);
+    const std::string own = file.filename().string();
+    return WaveNames::isStorable(own) ? own : "Sound.wav";
+}
+
+bool ArrivingWave::copy(const std::string& path, std::string& error) {
+    std::ifstream file(path, std::ios::binary);
+    std::vector<char> part(1 << 16);
+    while (file) {
+        file.read(part.data(), static_cast<std::streamsize>(part.size()));
+        const auto bytes = std::as_bytes(std::span(part.data(), std::size_t(file.gcount())));
+        if (!write({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()})) {
+            error = writeError();
+            return false;
+        }
+    }
+    if (!file.eof())
+        error = path + ": cannot be read to its end";
+    return error.empty();
+}
 
 bool ArrivingWave::check(std::string& error, std::string& notice) {
     if (!m_aside.sync()) {

@@ -46,14 +46,6 @@ std::shared_ptr<VornWave2> mixedToMono(const VornWave2& stereo) {
                                               StreamDescription::float32(1), stereo.filename());
 }
 
-void generate(VornWave2& wave, GeneratedWaves::Generator generator) {
-    SampleMemory samples(GeneratedWaves::kLength);
-    if (!samples)
-        return;
-    generator(samples.data(), GeneratedWaves::kLength);
-    wave.cheekilyReplaceDataWithOwnershipOf(std::move(samples), GeneratedWaves::kLength);
-}
-
 }  // namespace
 
 std::string WaveChoice::dataFile(const std::string& name) {
@@ -99,33 +91,58 @@ std::optional<std::string> WaveChoice::findWavePath(const std::string& name) {
     return resource(filename);
 }
 
-WaveChoice::Loaded WaveChoice::load(const std::string& path) {
-    Loaded loaded = loadAllChannels(path);
-    if (loaded.wave && loaded.wave->audioDescription()->mChannelsPerFrame == 2)
-        loaded.wave = mixedToMono(*loaded.wave);
+std::shared_ptr<VornWave2> WaveChoice::waveOf(const std::string& path) {
+    const fs::path file(path);
+    return VornWave2::initWithReferenceToFile(file.filename(), file.parent_path().string());
+}
+
+WaveChoice::Loaded WaveChoice::read(std::shared_ptr<VornWave2> wave, const std::string& path) {
+    wave->fetch(1);
+    wave->waitUntilLoaded();  // should another thread have been first
+    Loaded loaded{wave, fs::path(path).filename().string(), wave->loadError(), wave->loadNotice(),
+                  path};
+    if (!loaded.error.empty())
+        loaded.wave.reset();
+    else if (wave->audioDescription()->mChannelsPerFrame == 2)
+        loaded.wave = mixedToMono(*wave);
     if (!loaded.wave && loaded.error.empty())
         loaded.error = path + ": not enough memory for this sound";
     return loaded;
 }
 
+WaveChoice::Loaded WaveChoice::load(const std::string& path) {
+    const Loaded loaded = read(waveOf(path), path);
+    generate(loaded);
+    return loaded;
+}
+
 WaveChoice::Loaded WaveChoice::loadAllChannels(const std::string& path) {
-    const fs::path file(path);
-    return withAllChannels(
-        VornWave2::initWithContentsOfFile(file.filename(), file.parent_path().string()), path);
+    const auto wave = waveOf(path);
+    wave->fetch(1);
+    wave->waitUntilLoaded();
+    return withAllChannels(wave, path);
 }
 
 WaveChoice::Loaded WaveChoice::withAllChannels(std::shared_ptr<VornWave2> wave,
                                                const std::string& path) {
-    Loaded loaded{wave, fs::path(path).filename().string(), wave->loadError(), wave->loadNotice()};
-    if (!loaded.error.empty()) {
+    Loaded loaded{wave, fs::path(path).filename().string(), wave->loadError(), wave->loadNotice(),
+                  path};
+    if (!loaded.error.empty())
         loaded.wave.reset();
-        return loaded;
-    }
-    if (const auto builtIn = builtInSound(path)) {
-        if (const auto generator = GeneratedWaves::generatorNamed(*builtIn))
-            generate(*wave, generator);
-    }
+    generate(loaded);
     return loaded;
+}
+
+void WaveChoice::generate(const Loaded& loaded) {
+    const auto builtIn = builtInSound(loaded.path);
+    const auto generator = builtIn ? GeneratedWaves::generatorNamed(*builtIn) : nullptr;
+    if (!loaded.wave || !generator || loaded.wave->dataReplaced())
+        return;
+    SampleMemory samples(GeneratedWaves::kLength);
+    if (!samples)
+        return;
+    generator(samples.data(), GeneratedWaves::kLength);
+    loaded.wave->cheekilyReplaceDataWithOwnershipOf(std::move(samples), GeneratedWaves::kLength);
 }
 
 std::string WaveChoice::makeDataFolder() {
@@ -143,17 +160,25 @@ std::string WaveChoice::makeDataFolder() {
 }
 
 void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
+    ++m_choices;
     m_currentWave = VornWaveSequence::sequenceWithWave(wave);
     for (const auto& synth : m_voices.synths)
         synth->setWaveSource(wave);
 }
 
 void WaveChoice::use(const Loaded& loaded) {
+    m_inUse = loaded;
     m_currentWaveFilename = loaded.filename;
     giveToVoices(loaded.wave);
 }
 
+std::optional<WaveChoice::Loaded> WaveChoice::inUse(const std::string& path) const {
+    const bool same = m_currentWaveFilename && m_inUse.wave && m_inUse.path == path;
+    return same ? std::optional(m_inUse) : std::nullopt;
+}
+
 void WaveChoice::useUnsaved(std::shared_ptr<VornWave2> wave) {
+    m_inUse = {};
     m_currentWaveFilename.reset();
     giveToVoices(wave);
 }
@@ -179,7 +204,7 @@ WaveChoice::Loaded WaveChoice::setWaveTo(const std::string& path) {
         const std::string fallback = defaultSoundFile();
         if (path != fallback)
             return setWaveTo(fallback);
-        return {nullptr, "", path + ": no such file", ""};
+        return {nullptr, "", path + ": no such file", "", path};
     }
     Loaded loaded = load(path);
     if (loaded.wave)

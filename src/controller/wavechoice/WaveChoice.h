@@ -17,6 +17,7 @@ class WaveChoice {
         std::string filename;             // last component of the path
         std::string error;                // names file and reason
         std::string notice;               // played, but something is amiss
+        std::string path;                 // in full
     };
 
     /// The data folder is not touched before it is asked for.
@@ -41,8 +42,14 @@ class WaveChoice {
     /// The file of a preset's wave: in the data folder, else among the resources, else none.
     static std::optional<std::string> findWavePath(const std::string& name);
 
-    /// Reads a sound file, mixes it to mono and generates built-in waves. [any thread] but
+    /// The wave of that file, which may not be loaded yet. [any thread] but [render]
+    static std::shared_ptr<VornWave2> waveOf(const std::string& path);
+    /// Reads a file of that wave and mixes it to mono; `generate` belongs to it. [any thread] but
     /// [render].
+    static Loaded read(std::shared_ptr<VornWave2> wave, const std::string& path);
+    /// Puts what the program makes itself into a built-in wave, unless it is there. [main]
+    static void generate(const Loaded& loaded);
+    /// Reads a sound file, mixes it to mono and generates built-in waves.
     static Loaded load(const std::string& path);
     /// The same without mixing.
     static Loaded loadAllChannels(const std::string& path);
@@ -51,6 +58,10 @@ class WaveChoice {
 
     /// Makes a loaded sound the one in use by all voices.
     void use(const Loaded& loaded);
+    /// The sound in use, if it is that of this file.
+    std::optional<Loaded> inUse(const std::string& path) const;
+    /// How often a sound was taken into use: who loads one sees whether another came first.
+    std::uint64_t choices() const { return m_choices; }
 
     /// Loads a file and uses it; a missing file falls back to the default sound, once. A file that
     /// cannot be loaded leaves the sound in use as it was and answers why.
@@ -85,4 +96,6 @@ class WaveChoice {
     Voices& m_voices;
     std::shared_ptr<VornWaveSequence> m_currentWave;
     std::optional<std::string> m_currentWaveFilename;
+    Loaded m_inUse;
+    std::uint64_t m_choices = 0;
 };

@@ -36,7 +36,7 @@ FocusScope {
         spacing: root.gap
 
         GrainPanel { column: root.column; controller: root.controller }
-        DialPanel { column: root.column; dials: root.controller.dials; heading: qsTr("Drive"); keys: ["distortion"] }
+        DialPanel { column: root.column; dials: root.controller.dials; heading: qsTr("Drive"); keys: ["distortionStrength"] }
         DialPanel { column: root.column; dials: root.controller.dials; heading: qsTr("Ring"); keys: ["ringModFrequency", "ringModDepth"] }
     }
     Row {
@@ -45,7 +45,7 @@ FocusScope {
         height: root.panelHeight
         spacing: root.gap
 
-        DialPanel { id: filter; column: root.column; dials: root.controller.dials; heading: qsTr("Filter"); keys: ["filterCutoff", "filterResonance", "filterBass"] }
+        DialPanel { id: filter; column: root.column; dials: root.controller.dials; heading: qsTr("Filter"); keys: ["filterCutoff", "filterResonance", "filterResonanceBass"] }
         DialPanel { id: echo; column: root.column; dials: root.controller.dials; heading: qsTr("Echo"); keys: ["echoDelay", "echoFeedback"] }
         VoicesPanel {
             controller: root.controller

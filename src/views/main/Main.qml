@@ -36,4 +36,8 @@ Window {
         transformOrigin: Item.TopLeft
         width: window.width / scale
     }
+    Screens {
+        anchors.fill: parent
+        controller: window.controller
+    }
 }

@@ -15,7 +15,7 @@ Item {
         anchors.centerIn: parent
         spacing: Theme.grid
 
-        LevelMeter {
+        SegmentMeter {
             anchors.verticalCenter: parent.verticalCenter
             height: 2 * Theme.grid
             level: root.voices.level

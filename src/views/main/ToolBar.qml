@@ -82,10 +82,4 @@ Item {
             title: qsTr("Help")
         }
     }
-    Rectangle {
-        anchors { bottom: parent.bottom; left: parent.left; right: parent.right }
-        color: Theme.line
-        height: Theme.hairline
-        opacity: 0.5
-    }
 }

@@ -10,7 +10,7 @@ Panel {
 
     MicrophoneButton {
         id: microphone
-        anchors { left: parent.left; leftMargin: Theme.grid; top: parent.top; bottom: parent.bottom }
+        anchors { left: parent.left; top: parent.top; bottom: parent.bottom; margins: Theme.grid }
         take: root.controller.take
         width: 9 * Theme.grid
     }

@@ -16,8 +16,8 @@ float coverage(int y, float top, float bottom) {
 
 QRgb blend(QRgb under, const QColor& colour, float share) {
     const auto mix = [share](int a, int b) {
-        return static_cast<int>(std::lround(static_cast<float>(a) * (1 - share) +
-                                            static_cast<float>(b) * share));
+        return static_cast<int>(
+            std::lround(static_cast<float>(a) * (1 - share) + static_cast<float>(b) * share));
     };
     return qRgba(mix(qRed(under), colour.red()), mix(qGreen(under), colour.green()),
                  mix(qBlue(under), colour.blue()), mix(qAlpha(under), 255));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 
 #include "VornWave2.h"
 
@@ -36,7 +37,7 @@ void include(WavePeak& peak, const WaveWindow& window, std::uint64_t from, std::
         low = *sample < low ? *sample : low;
         high = *sample > high ? *sample : high;
     }
-    peak = {std::max(low, -1.f), std::min(high, 1.f)};
+    peak = {low, high};
 }
 
 /// Walks along the windows of a sound; spans come in order, and the last frame of one may be the
@@ -46,15 +47,18 @@ class Walk {
     explicit Walk(const WaveWindow* windows) : m_window(windows) {}
 
     WavePeak peakOf(Span span, const std::atomic<bool>& cancelled) {
-        WavePeak peak{2, -2};
+        constexpr float kEndless = std::numeric_limits<float>::infinity();
+        WavePeak peak{kEndless, -kEndless};
         while (span.first < span.end && !cancelled && forward(span.first)) {
             const std::uint64_t from = span.first - m_start;
-            const std::uint64_t count = std::min(
-                {span.end - span.first, m_window->frameCount - from, kFramesAtOnce});
+            const std::uint64_t count =
+                std::min({span.end - span.first, m_window->frameCount - from, kFramesAtOnce});
             include(peak, *m_window, from, count);
             span.first += count;
         }
-        return peak.low > peak.high ? WavePeak() : peak;
+        if (peak.low > peak.high)  // nothing there is a number
+            return {};
+        return {std::clamp(peak.low, -1.f, 1.f), std::clamp(peak.high, -1.f, 1.f)};
     }
 
   private:

@@ -6,4 +6,6 @@ struct ADSRSettings {
     float decayTime = 0.f;     // seconds
     float sustainLevel = 1.f;  // 0 to 1
     float releaseTime = 0.f;   // seconds; 0 or less is silent at once and never ends
+
+    bool operator==(const ADSRSettings&) const = default;
 };

@@ -29,6 +29,16 @@ float peakOf(const float* samples, std::uint32_t frames) {
     return largest;
 }
 
+// As 0 to 1 of full scale. Samples lie within 32767 on both sides.
+float loudestOf(const std::int16_t* samples, std::uint32_t frames) {
+    std::int16_t loudest = 0;
+    for (std::uint32_t k = 0; k < frames; ++k) {
+        const auto level = static_cast<std::int16_t>(samples[k] < 0 ? -samples[k] : samples[k]);
+        loudest = level > loudest ? level : loudest;
+    }
+    return static_cast<float>(loudest) / kLargest;
+}
+
 // Scales by a gain that moves in a straight line, clips and truncates. True when a sample clipped.
 bool toIntegers(const float* __restrict samples, std::uint32_t frames, float gain, float step,
                 std::int16_t* __restrict out) {
@@ -88,7 +98,9 @@ void Float32ToSInt16::convert(std::uint32_t frames, bool silent, std::int16_t* o
         std::fill_n(out, frames, std::int16_t{0});
         return;
     }
-    if (!toIntegers(samples, frames, gain, step, out))
+    const bool clipped = toIntegers(samples, frames, gain, step, out);
+    m_peak = std::max(m_peak.load(), loudestOf(out, frames));
+    if (!clipped)
         return;
     m_clippiness = 1.f;
     if (m_notifyClipping)

@@ -21,6 +21,13 @@ class Float32ToSInt16 : public VornCallbackUnit {
     /// 1 after a clip, then less by a tenth with every render.
     float clippiness() const { return m_clippiness; }
     void setClippiness(float clippiness) { m_clippiness = clippiness; }
+    /// Loudest sample since the last call, 0 to 1 of full scale. One that comes at this very moment
+    /// may be missed. [control]
+    float takePeak() {
+        const float peak = m_peak;
+        m_peak = 0.f;
+        return peak;
+    }
     /// Automatic gain in force.
     float internalGainLevel() const { return m_internalGainLevel; }
     void setInternalGainLevel(float gain) { m_internalGainLevel = gain; }
@@ -49,6 +56,7 @@ class Float32ToSInt16 : public VornCallbackUnit {
     std::uint32_t m_capacity = kFirstSize;  // of m_sourceBuffer
     Shared<float> m_autoGainControl = 0.f;
     Shared<float> m_clippiness = 0.f;
+    Shared<float> m_peak = 0.f;
     Shared<float> m_internalGainLevel = 1.f;
     Shared<bool> m_notifyClipping = false;
     // Made here, on the main thread: the first to ask for the centre makes it.

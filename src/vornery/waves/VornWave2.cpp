@@ -159,13 +159,20 @@ void VornWave2::fetch(int flag) {
     }
 }
 
+void VornWave2::abandon() {
+    if (bkgLoadState() == loaded)
+        return;
+    m_unwanted = true;
+    VornWaveDatabase::sharedInstance().unregisterWaveForPath(this, m_fullPath);
+}
+
 void VornWave2::waitUntilLoaded() const {
     while (bkgLoadState() == loading)
         m_loadState.wait(loading, std::memory_order_acquire);
 }
 
 void VornWave2::internalFetch() {
-    LoadedSound sound = WaveLoader(*m_af, m_progress).load();
+    LoadedSound sound = WaveLoader(*m_af, m_progress, m_unwanted).load();
     if (!sound.problem.empty())
         m_loadError = m_fullPath + " " + sound.problem;
     if (!sound.notice.empty())
@@ -244,6 +251,7 @@ std::string VornWave2::loadNotice() const {
 
 void VornWave2::cheekilyReplaceDataWithOwnershipOf(SampleMemory samples, std::uint32_t frames) {
     adopt(std::move(samples), frames);
+    m_dataReplaced = true;
 }
 
 void VornWave2::releaseReplacedData() {

@@ -53,6 +53,9 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     /// Loads the file, if nobody has begun to: on this thread (flag other than 0) or on one of its
     /// own, which keeps the wave alive meanwhile.
     void fetch(int flag);
+    /// Nobody waits for it any more: a load that is under way fails soon, and the file's next wave
+    /// is a new one. A wave that is loaded stays as it is. [any thread but render]
+    void abandon();
     /// Returns when a load that is under way has ended. [any thread but render]
     void waitUntilLoaded() const;
 
@@ -100,6 +103,8 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     /// Plays `frames` frames of other samples from now on, in the same format. Readers may still
     /// be in the old ones: they are kept until `releaseReplacedData`, or the wave's end. [main]
     void cheekilyReplaceDataWithOwnershipOf(SampleMemory samples, std::uint32_t frames);
+    /// Whether that was done. [main]
+    bool dataReplaced() const { return m_dataReplaced; }
     /// Call when every voice and view has taken the wave anew. [main]
     void releaseReplacedData();
 
@@ -128,6 +133,8 @@ class VornWave2 : public ContiguousWave, public std::enable_shared_from_this<Vor
     std::atomic<std::int32_t> m_loadState{notLoaded};
     std::unique_ptr<VornAudioFile> m_af;
     Shared<float> m_progress{0.f};
+    Shared<bool> m_unwanted{false};
+    bool m_dataReplaced = false;
     std::string m_loadError;  // written by the loader before it says "loaded"
     std::string m_loadNotice;
     std::vector<std::unique_ptr<const Content>> m_contents;  // the last is the one that plays

@@ -30,11 +30,12 @@ constexpr std::uint32_t kFillFrames = 16384;
 
 }  // namespace
 
-WaveLoader::WaveLoader(VornAudioFile& file, Shared<float>& progress)
-    : m_file(file), m_progress(progress) {}
+WaveLoader::WaveLoader(VornAudioFile& file, Shared<float>& progress, const Shared<bool>& unwanted)
+    : m_file(file), m_progress(progress), m_unwanted(unwanted) {}
 
 LoadedSound WaveLoader::load() {
     checkFormat();
+    checkWanted();
     if (failed())
         return std::move(m_sound);
     m_claimed = m_file.packetCount();
@@ -68,6 +69,11 @@ void WaveLoader::checkFormat() {
     else if (m_format.mChannelsPerFrame == 0 || m_file.packetSize() == 0)
         m_sound.problem = audioFileProblem(kAudioFileInvalidFileError);
     m_sound.channels = std::min(m_format.mChannelsPerFrame, 2u);
+}
+
+void WaveLoader::checkWanted() {
+    if (m_unwanted && !failed())
+        m_sound.problem = "is not wanted any more";
 }
 
 double WaveLoader::framesAfter(double sourceFrames) const {
@@ -163,6 +169,7 @@ void WaveLoader::fill(PacketSource& source, AudioConverterRef converter,
         converted += frames;
         more = frames == kFillFrames;
         checkLength(static_cast<double>(source.packetsRead()));
+        checkWanted();
         if (failed())
             return;
     }

@@ -23,10 +23,12 @@ struct LoadedSound {
 /// file: memory grows with what is really read. [control or a thread of its own]
 class WaveLoader {
   public:
-    WaveLoader(VornAudioFile& file, Shared<float>& progress);
+    /// Gives up soon after `unwanted` has become true.
+    WaveLoader(VornAudioFile& file, Shared<float>& progress, const Shared<bool>& unwanted);
     LoadedSound load();
 
   private:
+    void checkWanted();
     void checkFormat();
     void checkLength(double sourceFrames);
     void readStraight(std::uint32_t sampleBytes);
@@ -42,6 +44,7 @@ class WaveLoader {
 
     VornAudioFile& m_file;
     Shared<float>& m_progress;
+    const Shared<bool>& m_unwanted;
     StreamDescription m_format;
     double m_progressWeight = 1.0;  // what counts as the whole of the work
     double m_wideningStep = 0.0;

@@ -1,4 +1,4 @@
-#include "lamps/LevelMeter.h"
+#include "lamps/SegmentMeter.h"
 
 #include <QQuickWindow>
 #include <QSGRectangleNode>
@@ -13,17 +13,17 @@ int segmentsFor(float level) {
     if (!(level > 0))
         return 0;
     const float decibels = 20 * std::log10(level);
-    const float lit = LevelMeter::kSegments + decibels / LevelMeter::kSegmentDecibels;
-    return static_cast<int>(std::ceil(std::clamp<float>(lit, 0, LevelMeter::kSegments)));
+    const float lit = SegmentMeter::kSegments + decibels / SegmentMeter::kSegmentDecibels;
+    return static_cast<int>(std::ceil(std::clamp<float>(lit, 0, SegmentMeter::kSegments)));
 }
 
 }  // namespace
 
-LevelMeter::LevelMeter(QQuickItem* parent) : QQuickItem(parent) {
+SegmentMeter::SegmentMeter(QQuickItem* parent) : QQuickItem(parent) {
     setFlag(ItemHasContents);
 }
 
-void LevelMeter::setLevel(float level) {
+void SegmentMeter::setLevel(float level) {
     if (level == m_level)
         return;
     m_level = level;
@@ -34,25 +34,25 @@ void LevelMeter::setLevel(float level) {
     Q_EMIT levelChanged();
 }
 
-void LevelMeter::setLitColour(const QColor& colour) {
+void SegmentMeter::setLitColour(const QColor& colour) {
     m_litColour = colour;
     update();
     Q_EMIT coloursChanged();
 }
 
-void LevelMeter::setUnlitColour(const QColor& colour) {
+void SegmentMeter::setUnlitColour(const QColor& colour) {
     m_unlitColour = colour;
     update();
     Q_EMIT coloursChanged();
 }
 
-QRectF LevelMeter::segment(int index) const {
+QRectF SegmentMeter::segment(int index) const {
     const qreal step = (width() + kGap) / kSegments;
     const qreal left = std::round(index * step);
     return {left, 0, std::round((index + 1) * step) - kGap - left, height()};
 }
 
-QSGNode* LevelMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
+QSGNode* SegmentMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     QSGNode* const root = old ? old : new QSGNode;
     while (root->childCount() < kSegments)
         root->appendChildNode(window()->createRectangleNode());
@@ -67,7 +67,7 @@ QSGNode* LevelMeter::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     return root;
 }
 
-void LevelMeter::geometryChange(const QRectF& now, const QRectF& before) {
+void SegmentMeter::geometryChange(const QRectF& now, const QRectF& before) {
     QQuickItem::geometryChange(now, before);
     update();
 }

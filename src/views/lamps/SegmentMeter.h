@@ -5,7 +5,7 @@
 
 /// A row of segments, of which a level lights some: each stands for four decibels, the last one for
 /// full scale. Redraws only when another number of them is lit. [main]
-class LevelMeter : public QQuickItem {
+class SegmentMeter : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     /// Peak, 1 is full scale.
@@ -18,7 +18,7 @@ class LevelMeter : public QQuickItem {
     static constexpr int kSegments = 12;
     static constexpr float kSegmentDecibels = 4;
 
-    explicit LevelMeter(QQuickItem* parent = nullptr);
+    explicit SegmentMeter(QQuickItem* parent = nullptr);
 
     float level() const { return m_level; }
     void setLevel(float level);
