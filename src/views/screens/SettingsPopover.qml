@@ -1,3 +1,4 @@
+import QtQuick
 import QtQuick.Templates as T
 import Ombrix.Views
 
