@@ -5,6 +5,7 @@
 #include "CommandLine.h"
 #include "QtMessages.h"
 #include "ScreenAwake.h"
+#include "SessionSharing.h"
 #include "Signals.h"
 #include "StandardFiles.h"
 #include "WindowLife.h"
@@ -33,11 +34,13 @@ void logFirstFrame(QQuickWindow& window, double started) {
                      Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
-int open(OmbrixAppDelegate& delegate, const CommandLine& line, double started) {
+int open(OmbrixAppDelegate& delegate, SessionSharing& desktop, const CommandLine& line,
+         double started) {
     const Signals signals;
     const std::string problem = line.device ? "" : AudioSetup::useKept(UserDefaults());
     delegate.applicationDidFinishLaunching(line.files);
     OmbrixViewController& controller = *delegate.viewController();
+    controller.sharing()->setDesktop(&desktop);
     if (!problem.empty())
         controller.notices()->tell(problem);
     const MainWindow window(controller);
@@ -64,11 +67,12 @@ int run(int argc, char** argv) {
     int ownArguments = argc > 0 ? 1 : 0;  // the rest is ours, none of it Qt's
     QGuiApplication application(ownArguments, argv);
     QtMessages::started();
+    SessionSharing desktop;
     OmbrixAppDelegate delegate;
     const MainLoop loop;
     running = &delegate;
     std::atexit(terminateAtExit);
-    const int code = open(delegate, line, started);
+    const int code = open(delegate, desktop, line, started);
     delegate.applicationWillTerminate();
     running = nullptr;
     return code;

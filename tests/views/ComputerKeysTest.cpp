@@ -14,8 +14,6 @@ constexpr int kC4 = 39;
 
 class ComputerKeysTest : public testing::Test {
   protected:
-    ComputerKeysTest() { m_keys.setTarget(&m_piano.keys()); }
-
     void press(Qt::Key key, Qt::KeyboardModifiers with = {}) {
         QTest::keyPress(&m_piano.window(), key, with);
     }
@@ -26,7 +24,7 @@ class ComputerKeysTest : public testing::Test {
     }
 
     Piano m_piano;
-    ComputerKeys m_keys;
+    ComputerKeys& m_keys = *m_piano.item().findChild<ComputerKeys*>();
 };
 
 }  // namespace

@@ -3,8 +3,11 @@
 DialBank::DialBank(Instrument& instrument, Settings& settings)
     : m_instrument(instrument), m_settings(settings) {
     for (const Parameter& row : kParameters) {
-        if (!row.dialName.empty())
-            m_dials[std::size_t(row.id)] = std::make_unique<DialState>(*this, row.id);
+        if (row.dialName.empty())
+            continue;
+        auto& dial = m_dials[std::size_t(row.id)];
+        dial = std::make_unique<DialState>(*this, row.id);
+        dial->setParent(this);  // or QML, which is given it by `dial`, would destroy it
     }
 }
 

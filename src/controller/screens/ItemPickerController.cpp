@@ -24,6 +24,10 @@ ItemPickerController::ItemPickerController(QList<Item> list, QVariant initialSel
 void ItemPickerController::setPlace(const Place& place) {
     setSearch(place.search);
     setScroll(place.scroll);
+    if (m_rows.isEmpty()) {
+        setSearch({});
+        setScroll(Place().scroll);
+    }
 }
 
 void ItemPickerController::setSearch(const QString& text) {

@@ -61,6 +61,7 @@ class ItemPickerController : public QAbstractListModel {
     bool searchable() const { return itemCount() > kMostWithoutSearch; }
 
     const Place& place() const { return m_place; }
+    /// A search that finds nothing is not gone back to.
     void setPlace(const Place& place);
     const QString& search() const { return m_place.search; }
     void setSearch(const QString& text);

@@ -4,6 +4,7 @@
 
 #include "defaults/UserDefaults.h"
 #include "log/Log.h"
+#include "screens/Presentation.h"
 
 iPadTutorialManager::iPadTutorialManager(std::vector<TutorialItem> items, std::string progressKey,
                                          UserDefaults& defaults)

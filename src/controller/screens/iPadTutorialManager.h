@@ -13,7 +13,7 @@ class UserDefaults;
 
 /// Leads through a tutorial, one popover after the other. How far it has come is kept in the user
 /// defaults, so each page is shown once, across starts. It hides when another popover is about to
-/// appear (the notice "com.quaddle.popover"). [main]
+/// appear (`kPopoverNotification`). [main]
 class iPadTutorialManager : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool popover READ popover NOTIFY changed)
@@ -21,9 +21,6 @@ class iPadTutorialManager : public QObject {
     Q_PROPERTY(QString anchorName READ anchorName NOTIFY changed)
 
   public:
-    /// Another popover is about to appear.
-    static constexpr auto kPopoverNotification = "com.quaddle.popover";
-
     /// `defaults` outlives it.
     iPadTutorialManager(std::vector<TutorialItem> items, std::string progressKey,
                         UserDefaults& defaults);

@@ -16,10 +16,12 @@ T.Button {
     property bool primary: false
     /// What it does cannot be undone.
     property bool destructive: false
+    /// With the gap to the text.
+    readonly property real pictureWidth: image.visible ? image.implicitWidth + (text === "" ? 0 : row.spacing) : 0
     property color textColor: primary ? Theme.ground : destructive ? Theme.alert : Theme.cream
 
     implicitHeight: Theme.touchTarget
-    implicitWidth: Math.max(Theme.touchTarget, row.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(Theme.touchTarget, pictureWidth + words.implicitWidth + leftPadding + rightPadding)
     leftPadding: text === "" ? Theme.grid : Theme.grid + Theme.halfGrid
     rightPadding: leftPadding
     opacity: enabled ? 1 : Theme.disabledOpacity
@@ -56,18 +58,19 @@ T.Button {
             spacing: Theme.grid
 
             Picture {
+                id: image
                 anchors.verticalCenter: parent.verticalCenter
                 name: root.picture
                 visible: name !== ""
             }
             Words {
+                id: words
                 anchors.verticalCenter: parent.verticalCenter
                 color: root.textColor
                 font.bold: root.primary
                 text: root.text
                 visible: text !== ""
-                width: Math.min(implicitWidth, root.width - root.leftPadding - root.rightPadding
-                                - (root.picture === "" ? 0 : 24 + row.spacing))
+                width: Math.min(implicitWidth, root.width - root.leftPadding - root.rightPadding - root.pictureWidth)
             }
         }
     }

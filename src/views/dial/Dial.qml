@@ -10,7 +10,7 @@ Item {
     required property DialState dialState
 
     implicitWidth: dial.implicitWidth
-    implicitHeight: dial.implicitHeight + label.implicitHeight + Theme.halfGrid
+    implicitHeight: label.y + label.implicitHeight
     opacity: enabled ? 1 : 0.4
 
     Rectangle {
@@ -40,7 +40,8 @@ Item {
     Text {
         id: label
 
-        anchors.top: dial.bottom
+        // Below the lowest lamps, in the gap of their ring.
+        anchors { top: dial.bottom; topMargin: -Theme.grid - 2 }
         width: parent.width
         text: column.dialState ? column.dialState.name : ""
         color: dial.pressed || dial.focusVisible ? Theme.cream : Theme.creamDim

@@ -104,7 +104,7 @@ class DialView : public QQuickItem {
     QString spokenText() const { return formatTooltip(true); }
     Q_INVOKABLE void ensureNoTooltip();
     /// A screen reader says the value.
-    void announce();
+    virtual void announce();
     /// A step by a screen reader; does not report.
     Q_INVOKABLE void accessibilityIncrement() { setValue(value() + stepSize()); }
     Q_INVOKABLE void accessibilityDecrement() { setValue(value() - stepSize()); }

@@ -14,10 +14,8 @@ OverviewScroller {
     Accessible.onIncreaseAction: overview.scrollByOctaves(1)
     Accessible.onDecreaseAction: overview.scrollByOctaves(-1)
 
-    Rectangle {
-        anchors.fill: parent
+    FocusLine {
+        anchors.margins: 0
         visible: overview.activeFocus
-        color: "transparent"
-        border { width: 2; color: Theme.amber }
     }
 }

@@ -1,8 +1,10 @@
 #include "keyboard/OverviewScroller.h"
 
+#include <QQuickWindow>
+#include <QSGRectangleNode>
 #include <algorithm>
 
-#include "keyboard/OverviewNode.h"
+#include "artwork/Picture.h"
 
 namespace {
 
@@ -12,9 +14,32 @@ float single(qreal value) {
     return static_cast<float>(value);
 }
 
+/// The two shaders over the picture.
+class ShadersNode : public QSGNode {
+  public:
+    explicit ShadersNode(QQuickWindow& window) : m_left(add(window)), m_right(add(window)) {}
+
+    void place(const QRectF& left, const QRectF& right) {
+        m_left->setRect(left.width() > 0 ? left : QRectF());
+        m_right->setRect(right.width() > 0 ? right : QRectF());
+    }
+
+  private:
+    QSGRectangleNode* add(QQuickWindow& window) {
+        QSGRectangleNode* const shader = window.createRectangleNode();
+        shader->setColor(QColor::fromRgbF(0, 0, 0, 0.5f));
+        appendChildNode(shader);
+        return shader;
+    }
+
+    QSGRectangleNode* m_left;
+    QSGRectangleNode* m_right;
+};
+
 }  // namespace
 
-OverviewScroller::OverviewScroller(QQuickItem* parent) : QQuickItem(parent) {
+OverviewScroller::OverviewScroller(QQuickItem* parent)
+    : QQuickItem(parent), m_picture(new Picture(this)) {
     commonInit();
 }
 
@@ -22,6 +47,8 @@ void OverviewScroller::commonInit() {
     setFlag(ItemHasContents);
     setAcceptTouchEvents(true);
     setAcceptedMouseButtons(Qt::LeftButton);
+    m_picture->setName("mini-keyboard.png");
+    m_picture->setZ(-1);  // below the shaders
     layoutShaders();
 }
 
@@ -151,22 +178,20 @@ void OverviewScroller::geometryChange(const QRectF& now, const QRectF& before) {
     QQuickItem::geometryChange(now, before);
     if (now.size() == before.size())
         return;
+    m_picture->setSize(now.size());
     layoutShaders();
-    update();
 }
 
 void OverviewScroller::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemVisibleHasChanged || change == ItemEnabledHasChanged)
         m_finger = kNone;
-    if (change == ItemDevicePixelRatioHasChanged)
-        update();
     QQuickItem::itemChange(change, data);
 }
 
 QSGNode* OverviewScroller::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
-    auto* node = static_cast<OverviewNode*>(old);
+    auto* node = static_cast<ShadersNode*>(old);
     if (!node)
-        node = new OverviewNode(*window());
-    node->show(*this);
+        node = new ShadersNode(*window());
+    node->place(m_leftShader & boundingRect(), m_rightShader & boundingRect());
     return node;
 }

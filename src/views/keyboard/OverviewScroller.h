@@ -5,6 +5,8 @@
 
 #include "keyboard/ScrollingKeyboardView.h"
 
+class Picture;
+
 /// The whole keyboard in miniature. It darkens what is outside the part of its target that is seen,
 /// and scrolls the target: a touch beside the lit part centres there, a drag of the lit part moves
 /// it. One finger at a time. [main]
@@ -62,6 +64,7 @@ class OverviewScroller : public QQuickItem {
     void ended(int finger);
     bool hasTarget() const { return m_target && m_target->width() > 0 && width() > 0; }
 
+    Picture* m_picture;
     QRectF m_leftShader;
     QRectF m_rightShader;
     QPointer<ScrollingKeyboardView> m_target;

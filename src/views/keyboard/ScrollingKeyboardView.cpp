@@ -45,27 +45,25 @@ ScrollingKeyboardView::ScrollingKeyboardView(QQuickItem* parent)
 ScrollingKeyboardView::~ScrollingKeyboardView() {
     releaseEverything();
     watch(nullptr);
+    disconnect(this, &QQuickItem::windowChanged, nullptr,
+               nullptr);  // we no longer are what we were
 }
 
 // Where it is, and how large.
 
 void ScrollingKeyboardView::componentComplete() {
     QQuickItem::componentComplete();
-    KeyboardLayout::layoutKeyboard(*this);
-    centre();
-}
-
-void ScrollingKeyboardView::centre() {
-    setContentX((contentWidth() - width()) / 2);
+    relayout();
 }
 
 void ScrollingKeyboardView::relayout() {
     if (!isComponentComplete())
         return;
     const qreal half = width() / 2;
-    const qreal fraction = (m_contentX + half) / (contentWidth() + width());
+    const bool first = m_keys.isEmpty();
+    const qreal fraction = first ? 0 : (m_contentX + half) / (contentWidth() + width());
     KeyboardLayout::layoutKeyboard(*this);
-    setContentX(fraction * (contentWidth() + width()) - half);
+    setContentX(first ? contentWidth() / 2 - half : fraction * (contentWidth() + width()) - half);
     m_fingers.findKeys();
 }
 
@@ -149,7 +147,7 @@ void ScrollingKeyboardView::setScrollTime(int milliseconds) {
 void ScrollingKeyboardView::placeContent() {
     const qreal scale = m_pixelScale > 0 ? m_pixelScale : 1;
     m_content->setX(-std::round(m_contentX * scale) / scale);
-    for (PianoKeyButton* const key : keys())
+    for (PianoKeyButton* const key : m_keys)
         key->setInView(key->x() + key->width() > m_contentX && key->x() < m_contentX + width());
 }
 
@@ -163,28 +161,19 @@ void ScrollingKeyboardView::geometryChange(const QRectF& now, const QRectF& befo
     placeContent();
 }
 
-/// Pictures are chosen by the pixels in a point, which change with the screen and with a scene that
-/// is scaled to the window.
+/// Pictures are chosen by the pixels in a point. They change with the screen and with a scene that
+/// is scaled to the window, of which items are not told; so each frame asks.
 void ScrollingKeyboardView::refreshScale() {
     const qreal scale = pixelScale(*this);
     if (scale == m_pixelScale)
         return;
     m_pixelScale = scale;
     placeContent();
-    for (PianoKeyButton* const key : keys())
+    for (PianoKeyButton* const key : m_keys)
         key->update();
 }
 
 // The keys.
-
-QList<PianoKeyButton*> ScrollingKeyboardView::keys() const {
-    QList<PianoKeyButton*> keys;
-    for (QQuickItem* const child : m_content->childItems()) {
-        if (auto* const key = qobject_cast<PianoKeyButton*>(child))
-            keys.append(key);
-    }
-    return keys;
-}
 
 /// A key may be on its way to say that it was pressed, so it goes later.
 void ScrollingKeyboardView::removeKeys() {
@@ -192,10 +181,11 @@ void ScrollingKeyboardView::removeKeys() {
     m_fingers.releaseKeys();
     releasePlayed();
     m_keyboardButtons.fill(nullptr);
-    for (PianoKeyButton* const key : keys()) {
+    for (PianoKeyButton* const key : m_keys) {
         key->setParentItem(nullptr);
         key->deleteLater();
     }
+    m_keys.clear();
 }
 
 PianoKeyButton* ScrollingKeyboardView::insertKey() {
@@ -203,6 +193,7 @@ PianoKeyButton* ScrollingKeyboardView::insertKey() {
     key->setParent(m_content);
     if (m_overlay)
         key->stackBefore(m_overlay);
+    m_keys.append(key);
     return key;
 }
 
@@ -210,11 +201,10 @@ PianoKeyButton* ScrollingKeyboardView::keyAt(QPointF point) const {
     if (point.x() < 0 || point.x() >= width() || point.y() < 0 || point.y() >= height())
         return nullptr;
     const QPointF inContent = point + QPointF(m_contentX, 0);
-    const QList<PianoKeyButton*> all = keys();
-    const auto found = std::find_if(all.crbegin(), all.crend(), [&](const PianoKeyButton* key) {
-        return key->contains(inContent - key->position());
-    });
-    return found == all.crend() ? nullptr : *found;
+    const auto found = std::find_if(
+        m_keys.crbegin(), m_keys.crend(),
+        [&](const PianoKeyButton* key) { return key->contains(inContent - key->position()); });
+    return found == m_keys.crend() ? nullptr : *found;
 }
 
 void ScrollingKeyboardView::tinkle(const PianoKeyButton& key) {
@@ -232,7 +222,7 @@ void ScrollingKeyboardView::untinkle(const PianoKeyButton& key) {
 
 void ScrollingKeyboardView::playKey(int key, bool down) {
     const auto index = static_cast<std::size_t>(key);
-    if (down && !(isEnabled() && isVisible()))
+    if (down && !(isEnabled() && isVisible() && m_keyboardButtons[index]))
         return;
     if (m_played.test(index) == down)
         return;
@@ -335,17 +325,19 @@ void ScrollingKeyboardView::itemChange(ItemChange change, const ItemChangeData& 
     if (change == ItemSceneChange || change == ItemVisibleHasChanged ||
         change == ItemEnabledHasChanged)
         releaseEverything();
-    if (change == ItemDevicePixelRatioHasChanged)
-        refreshScale();
     QQuickItem::itemChange(change, data);
 }
 
 void ScrollingKeyboardView::watch(QQuickWindow* window) {
-    if (m_watched)
+    if (m_watched) {
         m_watched->removeEventFilter(this);
+        m_watched->disconnect(this);
+    }
     m_watched = window;
-    if (window)
-        window->installEventFilter(this);
+    if (!window)
+        return;
+    window->installEventFilter(this);
+    connect(window, &QQuickWindow::afterAnimating, this, &ScrollingKeyboardView::refreshScale);
 }
 
 bool ScrollingKeyboardView::eventFilter(QObject*, QEvent* event) {

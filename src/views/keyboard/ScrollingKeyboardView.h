@@ -68,7 +68,7 @@ class ScrollingKeyboardView : public QQuickItem {
     void removeKeys();
     PianoKeyButton* insertKey();
     /// All keys, in the order in which they lie above each other.
-    QList<PianoKeyButton*> keys() const;
+    const QList<PianoKeyButton*>& keys() const { return m_keys; }
 
     /// The topmost key at a point of the view; null beside the keys, and outside the view.
     PianoKeyButton* keyAt(QPointF point) const;
@@ -119,7 +119,6 @@ class ScrollingKeyboardView : public QQuickItem {
     using Keys = std::bitset<kKeyCount>;
 
     void relayout();
-    void centre();
     void watch(QQuickWindow* window);
     void moveTo(qreal x);
     void placeContent();
@@ -128,7 +127,8 @@ class ScrollingKeyboardView : public QQuickItem {
     void dropLostFingers(const QTouchEvent& event);
 
     QQuickItem* m_content;
-    QQuickItem* m_overlay = nullptr;
+    QPointer<QQuickItem> m_overlay;
+    QList<PianoKeyButton*> m_keys;
     QPointer<QQuickWindow> m_watched;
     QVariantAnimation m_scroll;
     QTimer m_shortly;

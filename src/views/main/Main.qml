@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Window
 import Ombrix.Views
 
-/// The window.
+/// The window. From the width on at which all keys are seen, the whole scene grows with it.
 Window {
     id: window
 
@@ -15,4 +15,25 @@ Window {
     visible: true
     title: "Ombrix Synth"
     color: Theme.ground
+
+    Binding { target: Theme; property: "sceneScale"; value: scene.scale }
+    Binding {
+        target: Theme
+        property: "textScale"
+        // 96 dots an inch are 100 %; below 110 % it is the screen's own inexactness.
+        readonly property real wanted: window.screen ? Screen.logicalPixelDensity * 25.4 / 96 : 1
+        value: wanted < 1.1 ? 1 : Math.min(1.5, wanted)
+    }
+
+    InstrumentScreen {
+        id: scene
+
+        readonly property int wholeKeyboard: 2652
+
+        controller: window.controller
+        height: window.height / scale
+        scale: Math.max(1, Math.min(window.width / wholeKeyboard, window.height / window.minimumHeight))
+        transformOrigin: Item.TopLeft
+        width: window.width / scale
+    }
 }

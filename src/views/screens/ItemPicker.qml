@@ -10,10 +10,11 @@ Item {
     required property ItemPickerController content
     readonly property string heading: content.title
     readonly property int rowHeight: 6 * Theme.grid
+    readonly property int searchHeight: content.searchable ? field.height + 2 * Theme.grid : 0
     property bool placed: false
 
     implicitWidth: 40 * Theme.grid - 2 * Theme.hairline
-    implicitHeight: content.itemCount * rowHeight + list.y
+    implicitHeight: content.itemCount * rowHeight + searchHeight
 
     function takeFocus() {
         list.currentIndex = content.checkedRow
@@ -79,9 +80,7 @@ Item {
         objectName: "itemList"
         property bool keyed: false
 
-        anchors { bottom: parent.bottom; left: parent.left; right: parent.right }
-        y: field.visible ? field.height + 2 * Theme.grid : 0
-        height: parent.height - y
+        anchors { fill: parent; topMargin: root.searchHeight }
         activeFocusOnTab: true
         boundsBehavior: Flickable.StopAtBounds
         clip: true
@@ -96,6 +95,8 @@ Item {
         onHeightChanged: Qt.callLater(root.restorePlace)
         onContentYChanged: if (root.placed) root.content.scroll = contentY
         Keys.onPressed: event => {
+            if (!keyed)
+                positionViewAtIndex(currentIndex, ListView.Contain)
             keyed = true
             if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
                 root.choose(currentIndex)

@@ -12,6 +12,8 @@ Item {
     ScreenPopover { controller: root.controller; tag: "gmod"; anchor: "grainModeButton"; fromBelow: true; screen: Component { ItemPicker {} } }
     ScreenPopover { controller: root.controller; tag: "psav"; anchor: "saveButton"; screen: Component { PresetSavePanel {} } }
 
+    ScreenPopover { controller: root.controller; tag: "recp"; anchor: "recordButton"; screen: Component { PerformanceComplete {} } }
+
     SettingsPopover { controller: root.controller }
 
     Alert { alert: root.controller.alert }

@@ -34,33 +34,16 @@ FocusScope {
             color: Theme.amber
             font { family: Theme.family; pixelSize: Theme.textSize; bold: true }
         }
-        AbstractButton {
+        PushButton {
             id: button
             anchors { right: parent.right; rightMargin: Theme.halfGrid; verticalCenter: parent.verticalCenter }
-            implicitWidth: Math.max(64, implicitContentWidth + 3 * Theme.grid)
-            implicitHeight: Theme.touchTarget
+            width: Math.max(8 * Theme.grid, implicitWidth)
             focus: true
+            primary: content.page.isLast
             text: content.page.buttonTitle
             onClicked: content.nextAsked()
-            Accessible.onPressAction: clicked()
-            Keys.onReturnPressed: clicked()
-            Keys.onEnterPressed: clicked()
             Keys.onEscapePressed: content.hideAsked()
             Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
-
-            background: Rectangle {
-                anchors { fill: parent; margins: Theme.halfGrid }
-                radius: Theme.buttonRadius
-                color: button.pressed ? Theme.amberDim : Theme.panelRaised
-                border { width: button.visualFocus ? 2 : Theme.hairline; color: button.visualFocus ? Theme.cream : Theme.line }
-            }
-            contentItem: Text {
-                text: button.text
-                color: Theme.cream
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                font { family: Theme.family; pixelSize: Theme.textSize; bold: content.page.isLast }
-            }
         }
     }
     Rectangle {

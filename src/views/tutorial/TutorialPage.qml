@@ -12,6 +12,8 @@ Popup {
     width: contentWidth
     height: contentHeight
     padding: 0
+    scale: Theme.sceneScale
+    transformOrigin: Popup.TopLeft
     x: Math.round(anchor.frame.x)
     y: Math.round(anchor.frame.y)
     focus: true
@@ -37,7 +39,7 @@ Popup {
     PopoverAnchor {
         id: anchor
         stage: popup.parent
-        size: Qt.size(popup.contentWidth, popup.contentHeight)
+        size: Qt.size(popup.contentWidth * popup.scale, popup.contentHeight * popup.scale)
     }
 
     background: Item {
@@ -48,8 +50,8 @@ Popup {
             border { width: Theme.hairline; color: Theme.amberDim }
         }
         Rectangle {  // the arrow
-            x: Math.max(0, Math.min(popup.width, anchor.tip.x - anchor.frame.x)) - width / 2
-            y: Math.max(0, Math.min(popup.height, anchor.tip.y - anchor.frame.y)) - height / 2
+            x: Math.max(0, Math.min(popup.width, (anchor.tip.x - anchor.frame.x) / popup.scale)) - width / 2
+            y: Math.max(0, Math.min(popup.height, (anchor.tip.y - anchor.frame.y) / popup.scale)) - height / 2
             width: 14
             height: width
             rotation: 45

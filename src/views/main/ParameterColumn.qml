@@ -1,0 +1,10 @@
+import Ombrix.Views
+
+/// The dial of a parameter by its key.
+Dial {
+    required property DialBank dials
+    required property string key
+
+    model: dials.dial(key)
+    objectName: key + "Dial"
+}
