@@ -10,6 +10,7 @@
 namespace {
 
 bool hasDisplay = false;
+bool haveChosen = false;  // the variable that tells Qt where to look is ours
 
 void hear(QtMsgType type, const QMessageLogContext&, const QString& text) {
     Log::line("Qt: %s", qPrintable(text));
@@ -29,6 +30,7 @@ void hear(QtMsgType type, const QMessageLogContext&, const QString& text) {
 void tryEveryServer() {
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return;
+    haveChosen = true;
     const bool wayland = qEnvironmentVariableIsEmpty("DISPLAY") ||
                          qgetenv("XDG_SESSION_TYPE").toLower() == "wayland";
     qputenv("QT_QPA_PLATFORM", wayland ? "wayland;xcb" : "xcb;wayland");
@@ -43,4 +45,6 @@ void QtMessages::listen() {
 
 void QtMessages::started() {
     hasDisplay = true;
+    if (haveChosen)
+        qunsetenv("QT_QPA_PLATFORM");  // not for programs that this one starts
 }
