@@ -150,7 +150,7 @@ TEST_F(AudioTakeTest, ofADeviceThatNeverCallsChangesNothing) {
     const std::vector<float> before{0.25f, 0.5f};
     m_instrument.waves().use(
         {VornWave2::initWithCopyOfData(before.data(), 2, StreamDescription::float32(1), "Old"),
-         "old.wav", "", ""});
+         "old.wav", "", "", ""});
     m_take->waveRecordDown();
     m_take->waveRecordUp();
     EXPECT_EQ(m_shown.back(),

@@ -1,10 +1,15 @@
 #include "screens/OmbrixViewController.h"
 
 #include "folders/Folders.h"
+#include "screens/TutorialPages.h"
 #include "startup/CrashAlert.h"
 
 OmbrixViewController::OmbrixViewController() {
     m_settingsController = std::make_unique<SettingsController>(m_defaults);
+    m_tutorial =
+        std::make_unique<iPadTutorialManager>(tutorialPages(), kTutorialProgressKey, m_defaults);
+    connect(m_settingsController.get(), &SettingsController::tutorialWanted, this,
+            &OmbrixViewController::helpClicked);
 }
 
 OmbrixViewController::~OmbrixViewController() {
@@ -155,6 +160,11 @@ void OmbrixViewController::toolbarShareClicked() {
 
 void OmbrixViewController::grainModeClicked() {
     m_presetScreens->grainModeClicked();
+}
+
+void OmbrixViewController::helpClicked() {
+    m_presentation->dismiss();
+    m_tutorial->restart();
 }
 
 bool OmbrixViewController::closeTop() {

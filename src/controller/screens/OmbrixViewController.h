@@ -24,6 +24,7 @@
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
 #include "screens/WaveState.h"
+#include "screens/iPadTutorialManager.h"
 #include "startup/InstanceLock.h"
 #include "startup/Lifecycle.h"
 
@@ -47,6 +48,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(Presentation* presentation READ presentation CONSTANT)
     Q_PROPERTY(AlertController* alert READ alert CONSTANT)
     Q_PROPERTY(Notices* notices READ notices CONSTANT)
+    Q_PROPERTY(iPadTutorialManager* tutorial READ tutorial CONSTANT)
 
   public:
     OmbrixViewController();
@@ -70,6 +72,8 @@ class OmbrixViewController : public QObject,
     Presentation* presentation() { return m_presentation.get(); }
     AlertController* alert() { return m_alert.get(); }
     Notices* notices() { return m_notices.get(); }
+    iPadTutorialManager* tutorial() { return m_tutorial.get(); }
+    UserDefaults& defaults() { return m_defaults; }
     /// Whether files are being opened or a sound is on its way.
     bool arriving() const { return m_restore || m_files->busy() || m_sounds->loading(); }
     Instrument& instrument() { return *m_instrument; }
@@ -85,6 +89,10 @@ class OmbrixViewController : public QObject,
     Q_INVOKABLE void toolbarSettingsClicked();
     Q_INVOKABLE void toolbarShareClicked();
     Q_INVOKABLE void grainModeClicked();
+    /// Shows the tutorial from its first page.
+    Q_INVOKABLE void helpClicked();
+    /// The first frame is on the screen: a newcomer is led about.
+    void windowShown() { m_tutorial->show(); }
     /// Escape: closes the alert, else the popover. False when nothing was open.
     Q_INVOKABLE bool closeTop();
     bool canPresent(std::uint32_t tag) { return m_presentation->canPresent(tag); }
@@ -140,6 +148,7 @@ class OmbrixViewController : public QObject,
     void sendingToDropbox(const QString& path) override;
 
     UserDefaults m_defaults;
+    std::unique_ptr<iPadTutorialManager> m_tutorial;
     std::unique_ptr<Notices> m_notices = std::make_unique<Notices>();
     std::unique_ptr<Presentation> m_presentation = std::make_unique<Presentation>();
     std::unique_ptr<AlertController> m_alert = std::make_unique<AlertController>();

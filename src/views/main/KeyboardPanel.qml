@@ -11,8 +11,6 @@ PianoKeyboard {
     largeKeys: controller.settings.largeKeys
     showLabels: controller.settings.showLabels
 
-    keyboard.overlay: Picture { height: implicitHeight; name: "keyboard-overlay.png" }
-
     Connections {
         target: root.keyboard
         function onTinkleIvory(key: int) { root.controller.tinkleIvory(key) }
@@ -22,9 +20,9 @@ PianoKeyboard {
         target: root.controller
         function onKeyShown(key: int, highlighted: bool) { root.keyboard.showKey(key, highlighted) }
     }
-    ComputerKeys {
-        target: root.keyboard
-        onCloseTop: root.controller.presentation.dismiss()
-        onSilenceEverything: root.controller.silence()
+    Connections {
+        target: root.computerKeys
+        function onCloseTop() { root.controller.closeTop() }
+        function onSilenceEverything() { root.controller.silence() }
     }
 }

@@ -12,7 +12,6 @@ Window {
     height: 800
     minimumWidth: 1024
     minimumHeight: 700
-    visible: true
     title: "Ombrix Synth"
     color: Theme.ground
 
@@ -48,5 +47,10 @@ Window {
     Screens {
         anchors.fill: parent
         controller: window.controller
+    }
+    TutorialPage { manager: window.controller.tutorial }
+    Shortcuts {
+        controller: window.controller
+        window: window
     }
 }

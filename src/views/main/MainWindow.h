@@ -2,10 +2,14 @@
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <memory>
+
+#include "main/WindowPlace.h"
 
 class OmbrixViewController;
 
-/// The window of the instrument, made from Main.qml and bound to its controller. [main]
+/// The window of the instrument, made from Main.qml and bound to its controller. It opens as it was
+/// left. [main]
 class MainWindow {
   public:
     /// The controller has loaded its view, and outlives the window.
@@ -16,4 +20,5 @@ class MainWindow {
 
   private:
     QQmlApplicationEngine m_engine;
+    std::unique_ptr<WindowPlace> m_place;
 };

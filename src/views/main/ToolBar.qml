@@ -60,6 +60,13 @@ Item {
         anchors { right: parent.right; rightMargin: Theme.grid; verticalCenter: parent.verticalCenter }
         spacing: Theme.halfGrid
 
+        Words {
+            anchors.verticalCenter: parent.verticalCenter
+            color: root.controller.performance.diskNearlyFull ? Theme.alert : Theme.creamDim
+            font.pixelSize: Theme.labelSize
+            text: root.controller.performance.remaining
+            visible: text !== ""
+        }
         RecordButton { controller: root.controller }
         ToolButton {
             compact: root.compact
@@ -80,6 +87,7 @@ Item {
             objectName: "helpButton"
             picture: "help.png"
             title: qsTr("Help")
+            onClicked: root.controller.helpClicked()
         }
     }
 }
