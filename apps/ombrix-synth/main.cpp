@@ -44,8 +44,10 @@ int open(OmbrixAppDelegate& delegate, SessionSharing& desktop, const CommandLine
     if (!problem.empty())
         controller.notices()->tell(problem);
     const MainWindow window(controller);
-    if (!window.window())
+    if (!window.window()) {
+        tellUser("the window cannot be made; ombrix-synth --verbose says why");
         return 1;
+    }
     const WindowLife life(delegate, *window.window());
     const ScreenAwake awake(controller);
     logFirstFrame(*window.window(), started);
