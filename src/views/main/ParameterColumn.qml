@@ -5,6 +5,6 @@ Dial {
     required property DialBank dials
     required property string key
 
-    model: dials.dial(key)
+    dialState: dials.dial(key)
     objectName: key + "Dial"
 }
