@@ -35,7 +35,7 @@ Window {
 
 class ScreensTest : public testing::Test {
   protected:
-    ScreensTest() {
+    void SetUp() override {
         setenv("OMBRIX_DATA", m_folder.path().c_str(), 1);
         setenv("XDG_CONFIG_HOME", m_folder.path().c_str(), 1);
         m_controller = std::make_unique<OmbrixViewController>();
@@ -45,7 +45,7 @@ class ScreensTest : public testing::Test {
         component.setData(kScene, QUrl("qrc:/test.qml"));
         m_made.reset(component.createWithInitialProperties(
             {{"controller", QVariant::fromValue(m_controller.get())}}));
-        EXPECT_TRUE(m_made) << qPrintable(component.errorString());
+        ASSERT_TRUE(m_made) << qPrintable(component.errorString());
         m_window = qobject_cast<QQuickWindow*>(m_made.get());
         m_window->requestActivate();
         EXPECT_TRUE(QTest::qWaitForWindowActive(m_window));

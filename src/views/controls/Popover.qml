@@ -12,6 +12,8 @@ T.Popup {
     property string heading: ""
     /// It stands below its control wherever that is.
     property bool fromBelow: false
+    /// False: what is touched elsewhere leaves it open.
+    property bool closedElsewhere: true
     /// The player tapped elsewhere, or pressed Escape.
     signal dismissed
 
@@ -69,7 +71,7 @@ T.Popup {
     Item {
         anchors.fill: parent
         parent: root.parent
-        visible: root.visible
+        visible: root.visible && root.closedElsewhere
         z: 2
 
         PointHandler {

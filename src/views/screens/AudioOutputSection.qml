@@ -13,7 +13,9 @@ SettingsSection {
     SettingsNote {
         objectName: "audioState"
         color: Theme.cream
+        font.pixelSize: Theme.textSize
         text: root.audio.state
+        topPadding: Theme.grid
         width: parent.width
     }
     SettingsNote {

@@ -1,4 +1,4 @@
-import QtQuick.Templates as T
+import QtQuick
 import Ombrix.Views
 
 /// The settings in the middle of the window. Keys beside them can be played meanwhile, so that a
@@ -7,7 +7,7 @@ ScreenPopover {
     id: root
 
     tag: "sett"
-    closePolicy: T.Popup.CloseOnEscape
+    closedElsewhere: false
     screen: Component {
         SettingsScreen {
             audio: root.controller.audio

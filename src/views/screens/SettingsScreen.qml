@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import QtQuick.Templates as T
 import Ombrix.Views
 
@@ -59,6 +60,7 @@ Item {
         anchors { right: parent.right; rightMargin: Theme.halfGrid }
         primary: true
         text: qsTr("Done")
+        width: 9 * Theme.grid
         y: -height
         onClicked: root.done()
     }

@@ -35,6 +35,12 @@ Column {
             x: Theme.hairline
             y: Theme.halfGrid
         }
+        // The last row needs no line to the next one.
+        Rectangle {
+            anchors { left: column.left; right: column.right; bottom: column.bottom }
+            color: Theme.panel
+            height: Theme.hairline
+        }
     }
     SettingsNote {
         text: root.footer
