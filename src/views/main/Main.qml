@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Window
 import Ombrix.Views
 
-/// The window. From the width on at which all keys are seen, the whole scene grows with it.
+/// The window. From the width on at which all keys are seen the whole scene grows with it, and in
+/// one that is smaller than it may be, as some desktops make it, the scene shrinks.
 Window {
     id: window
 
@@ -29,10 +30,11 @@ Window {
         id: scene
 
         readonly property int wholeKeyboard: 2652
+        readonly property real room: Math.min(window.width / window.minimumWidth, window.height / window.minimumHeight)
 
         controller: window.controller
         height: window.height / scale
-        scale: Math.max(1, Math.min(window.width / wholeKeyboard, window.height / window.minimumHeight))
+        scale: Math.min(room, Math.max(1, window.width / wholeKeyboard))
         transformOrigin: Item.TopLeft
         width: window.width / scale
     }
