@@ -21,9 +21,9 @@ Window {
     Binding {
         target: Theme
         property: "textScale"
-        // 96 dots an inch are 100 %; below 110 % it is the screen's own inexactness.
-        readonly property real wanted: window.screen ? Screen.logicalPixelDensity * 25.4 / 96 : 1
-        value: wanted < 1.1 ? 1 : Math.min(1.5, wanted)
+        // 96 dots an inch and 10 points are 100 %; what is a little more is a desktop's own taste.
+        readonly property real wanted: Math.max(Screen.logicalPixelDensity * 25.4 / 96, Application.font.pointSize / 10)
+        value: wanted < 1.2 ? 1 : Math.min(1.5, wanted)
     }
 
     InstrumentScreen {
