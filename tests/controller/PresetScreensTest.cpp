@@ -62,8 +62,9 @@ class PresetScreensTest : public testing::Test, protected SettingsDelegate {
     UserDefaults m_defaults{m_folder.file("defaults")};
     PresetStore m_store{m_folder.file("presets.plist"), "", [](const std::string&) {}};
     std::unique_ptr<PresetBar> m_bar;
-    Settings m_settings{m_instrument, m_store, m_defaults, m_unsaved, *this};
-    GrainModeState m_grainMode{m_instrument};
+    WaveLoading m_sounds{m_instrument.waves()};
+    Settings m_settings{m_instrument, m_sounds, m_store, m_defaults, m_unsaved, *this};
+    GrainModeState m_grainMode{m_instrument, m_settings};
     Presentation m_presentation;
     AlertController m_alert;
     std::vector<std::string> m_told;

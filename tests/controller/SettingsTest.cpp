@@ -25,16 +25,24 @@ class SettingsTest : public testing::Test, protected SettingsDelegate {
               unsaved(place),
               defaults(test.m_folder.file("defaults")),
               store(test.m_folder.file("presets.plist"), "", [](const std::string&) {}),
-              settings(test.m_instrument, store, defaults, unsaved, test),
+              sounds(test.m_instrument.waves()),
+              settings(test.m_instrument, sounds, store, defaults, unsaved, test),
               lifecycle(test.m_instrument, settings, marker) {
             test.m_instrument.updateSettingsFromPreset(Preset{});
             settings.restoreLastPreset();
+            settle();
+        }
+        /// Until the sound on its way is there.
+        void settle() const {
+            while (sounds.loading())
+                RunLoop::main().turn();
         }
         InstanceLock place;
         RunningMarker marker;
         UnsavedTake unsaved;
         UserDefaults defaults;
         PresetStore store;
+        WaveLoading sounds;
         Settings settings;
         Lifecycle lifecycle;
     };
@@ -72,6 +80,7 @@ TEST_F(SettingsTest, comeBackAsTheyWereLeft) {
         EXPECT_EQ(run.settings.savedPreset(presetOf("x", 0.5f), "Zora"), "");
         EXPECT_EQ(run.settings.savedPreset(presetOf("x", 0.75f), "default sound"), "");
         run.settings.pick(*run.store.find("ÄNNA"));
+        run.settle();
         EXPECT_TRUE(run.settings.canDelete());
         run.lifecycle.willBackground(true);
     }
@@ -90,6 +99,7 @@ TEST_F(SettingsTest, comeBackAsTheyWereLeft) {
         EXPECT_TRUE(run.marker.previousRunCrashed());
         EXPECT_EQ(m_instrument.parameter(grainSize), 0.25f);
         run.settings.resetAfterCrash();
+        run.settle();
         EXPECT_EQ(run.settings.pickerTitle(), "default sound");
         EXPECT_EQ(m_instrument.parameter(grainSize), 0.75f);
         m_instrument.setParameter(grainSize, 0.3f);
@@ -101,6 +111,7 @@ TEST_F(SettingsTest, comeBackAsTheyWereLeft) {
     EXPECT_TRUE(run.settings.isModified());
     EXPECT_EQ(m_instrument.parameter(grainSize), 0.3f);
     EXPECT_EQ(run.settings.deleteCurrentPreset(), "");
+    run.settle();
     EXPECT_EQ(run.settings.pickerTitle(), "Änna");  // behind "zora" in the order of the keys
     EXPECT_FALSE(run.settings.isModified());
     EXPECT_THAT(m_told, IsEmpty());
@@ -126,6 +137,7 @@ TEST_F(SettingsTest, keepASoundWithoutAFileUntilItHasAName) {
 
     std::filesystem::remove(m_folder.file("AC-DC Audio.wav"));
     run.settings.pick(*run.store.find("ac/dc"));
+    run.settle();
     EXPECT_THAT(m_told, testing::ElementsAre(HasSubstr("\"AC-DC Audio.wav\" is not there")));
     EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Sine Wave.wav");
 }

@@ -23,6 +23,9 @@ class FileOpening : public QObject {
     /// Paths, or addresses of local files.
     void open(const QStringList& files);
 
+    /// Whether files are still to be opened.
+    bool busy() const { return m_next != 0; }
+
   private:
     void openNext();
     void importPresets(const std::string& path);

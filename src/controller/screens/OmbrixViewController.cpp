@@ -17,7 +17,10 @@ void OmbrixViewController::viewDidLoad() {
     initialiseSettings();
     initialiseViews();
     observe();
-    m_restore = RunLoop::main().callAfter(0, [this] { m_settings->restoreLastPreset(); });
+    m_restore = RunLoop::main().callAfter(0, [this] {
+        m_restore = 0;
+        m_settings->restoreLastPreset();
+    });
 }
 
 void OmbrixViewController::initialiseAudio() {
@@ -77,6 +80,7 @@ void OmbrixViewController::askAfterCrash() {
 }
 
 void OmbrixViewController::observe() {
+    m_instrument->notes().addDelegate(m_shownKeys);
     m_settingsObserver = NotificationCentre::defaultCentre().addObserver(
         kSettingsChangedNotification, [this] { internalSettingsChanged(); });
 }
@@ -162,17 +166,19 @@ void OmbrixViewController::openFiles(const QStringList& paths) {
 }
 
 void OmbrixViewController::willForeground(bool returning) {
-    m_lifecycle->willForeground(returning);
+    if (isAlive())
+        m_lifecycle->willForeground(returning);
 }
 
 void OmbrixViewController::willBackground(bool leaving) {
-    m_takeScreen->waveRecordUp();
-    m_lifecycle->willBackground(leaving);
+    if (isAlive())
+        m_lifecycle->willBackground(leaving);
 }
 
 void OmbrixViewController::willTerminate() {
-    if (!std::exchange(m_terminated, true))
+    if (isAlive())
         m_lifecycle->willTerminate();
+    m_terminated = true;
 }
 
 void OmbrixViewController::pickerTitleChanged(const std::string&) {

@@ -70,6 +70,8 @@ class OmbrixViewController : public QObject,
     Presentation* presentation() { return m_presentation.get(); }
     AlertController* alert() { return m_alert.get(); }
     Notices* notices() { return m_notices.get(); }
+    /// Whether files are being opened or a sound is on its way.
+    bool arriving() const { return m_restore || m_files->busy() || m_sounds->loading(); }
     Instrument& instrument() { return *m_instrument; }
 
     /// The keys, 0 to 87.
@@ -99,7 +101,7 @@ class OmbrixViewController : public QObject,
 
     void willForeground(bool returning);
     void willBackground(bool leaving);
-    /// Only the first call counts.
+    /// Nothing comes after it: only the first call counts.
     void willTerminate();
 
   Q_SIGNALS:
@@ -107,9 +109,19 @@ class OmbrixViewController : public QObject,
     void keyShown(int key, bool highlighted);
 
   private:
+    /// Hands on what MIDI does to the keys.
+    struct ShownKeys final : NotesDelegate {
+        explicit ShownKeys(OmbrixViewController& of) : controller(of) {}
+        void keyShown(int key, bool highlighted) override {
+            Q_EMIT controller.keyShown(key, highlighted);
+        }
+        OmbrixViewController& controller;
+    };
+
     void initialiseAudio();
     void initialiseSettings();
     void initialiseViews();
+    bool isAlive() const { return m_lifecycle && !m_terminated; }
     void observe();
     void askAfterCrash();
     void internalSettingsChanged();
@@ -156,6 +168,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<DeviceNews> m_deviceNews;
     NotificationCentre::Token m_settingsObserver = 0;
     std::unique_ptr<Sharing> m_sharing;
+    ShownKeys m_shownKeys{*this};
     RunLoop::Token m_restore = 0;
     bool m_terminated = false;
 };

@@ -4,6 +4,11 @@
 
 #include "parameters/PresetNames.h"
 
+void PresetBar::choose(const QString& name) {
+    if (const Preset* preset = m_store.find(name.toStdString()))
+        m_settings.pick(Preset(*preset));
+}
+
 void PresetBar::step(int by) {
     const PresetStore::Presets& presets = m_store.presets();
     if (presets.empty())

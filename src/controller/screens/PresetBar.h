@@ -22,6 +22,10 @@ class PresetBar : public QObject {
     Q_INVOKABLE void previous() { step(-1); }
     Q_INVOKABLE void next() { step(1); }
 
+    /// The preset of that name, if there is one.
+    Q_INVOKABLE void choose(const QString& name);
+    PresetStore& store() { return m_store; }
+
     void update() { Q_EMIT changed(); }
 
   Q_SIGNALS:

@@ -32,15 +32,21 @@ VoicesState::VoicesState(Instrument& instrument)
 VoicesState::~VoicesState() {
     NotificationCentre::defaultCentre().removeObserver(m_clipObserver);
     RunLoop::main().cancel(m_looking);
+    RunLoop::main().cancel(m_soon);
     m_instrument.notes().removeDelegate(*this);
 }
 
+// Told before the voice has changed; hence the next turn.
 void VoicesState::keyTouched(bool) {
     if (!m_looking) {
         m_instrument.takePeak();
         m_looking = RunLoop::main().callEvery(kLookSeconds, [this] { look(); });
     }
-    look();
+    if (!m_soon)
+        m_soon = RunLoop::main().callAfter(0, [this] {
+            m_soon = 0;
+            look();
+        });
 }
 
 void VoicesState::look() {

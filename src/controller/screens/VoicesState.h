@@ -58,6 +58,7 @@ class VoicesState : public QObject, private NotesDelegate {
     bool m_clipped = false;
     double m_clippedUntil = 0;     // on Clock::monotonic
     RunLoop::Token m_looking = 0;  // 0: nothing sounds
+    RunLoop::Token m_soon = 0;     // a look at the next turn
     // Set by the audio thread; all that the observer of its notice does.
     std::atomic<bool> m_clipHeard{false};
     NotificationCentre::Token m_clipObserver;

@@ -17,7 +17,7 @@ class WaveChoice {
         std::string filename;             // last component of the path
         std::string error;                // names file and reason
         std::string notice;               // played, but something is amiss
-        std::string path;                 // in full
+        std::string path = {};            // in full
     };
 
     /// The data folder is not touched before it is asked for.

@@ -38,6 +38,15 @@ Window {
         transformOrigin: Item.TopLeft
         width: window.width / scale
     }
+    DropTarget {
+        anchors.fill: parent
+        sharing: window.controller.sharing
+    }
+    Announcer { id: announcer }
+    Connections {
+        target: window.controller.performance
+        function onAnnounced(text) { announcer.announce(text) }
+    }
     Screens {
         anchors.fill: parent
         controller: window.controller

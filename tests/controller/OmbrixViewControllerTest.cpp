@@ -1,0 +1,254 @@
+#include "screens/OmbrixViewController.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+
+#include "ScratchFolder.h"
+#include "SoundFiles.h"
+#include "audiounits/devices/AudioDevices.h"
+#include "audiounits/devices/ManualDevice.h"
+#include "notifications/NotificationCentre.h"
+#include "runloop/Clock.h"
+#include "screens/OmbrixAppDelegate.h"
+
+namespace {
+
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+/// The application without its window, on a device driven by hand.
+class OmbrixViewControllerTest : public testing::Test {
+  protected:
+    OmbrixViewControllerTest() {
+        setenv("OMBRIX_DATA", m_folder.path().c_str(), 1);
+        setenv("XDG_CONFIG_HOME", m_folder.file("config").c_str(), 1);
+        AudioDevices::use(m_device);
+    }
+    void start(const QStringList& files = {}) {
+        m_application.emplace();
+        m_application->applicationDidFinishLaunching(files);
+        settle();
+    }
+    void end() {
+        m_application->applicationWillTerminate();
+        m_application.reset();
+    }
+    /// As after a crash: nothing is told.
+    void crash() { m_application.reset(); }
+
+    void settle() {
+        int still = 0;
+        while (still < 3) {
+            RunLoop::main().turn();
+            still = controller().arriving() ? 0 : still + 1;
+        }
+    }
+    OmbrixViewController& controller() { return *m_application->viewController(); }
+    DialState& dial(const char* key) { return *controller().dials()->dial(key); }
+    float unit(ParameterId id) { return controller().instrument().parameter(id); }
+    bool marker() const { return fs::exists(m_folder.file(".running.marker")); }
+    std::string title() { return controller().presetBar()->title().toStdString(); }
+    void choose(const char* name) {
+        controller().presetBar()->choose(name);
+        settle();
+    }
+
+    ScratchFolder m_folder;
+    std::shared_ptr<ManualDevice> m_device = std::make_shared<ManualDevice>();
+    std::optional<OmbrixAppDelegate> m_application;
+};
+
+}  // namespace
+
+TEST_F(OmbrixViewControllerTest, aSessionIsKeptAndACrashIsAskedAbout) {
+    using enum ParameterId;
+    start();
+    EXPECT_FALSE(controller().alert()->shown());
+    EXPECT_TRUE(marker());
+    EXPECT_NE(title(), "");
+    EXPECT_TRUE(controller().wave()->wave());
+    for (const int voice : controller().instrument().notes().triggeredNoteUnits())
+        EXPECT_EQ(voice, -1);
+    const std::string first = title();
+    dial("grainSize").tweak(0.75f);
+    EXPECT_TRUE(controller().presetBar()->modificationNotice());
+    m_application->applicationWillResignActive();
+    EXPECT_FALSE(marker());
+    m_application->applicationDidBecomeActive();
+    EXPECT_TRUE(marker());
+    m_application->applicationDidEnterBackground();
+    EXPECT_FALSE(marker());
+    m_application->applicationWillEnterForeground();
+    crash();
+
+    start();
+    EXPECT_EQ(title(), first);
+    EXPECT_EQ(unit(grainSize), 0.75f) << "what was kept in the background";
+    AlertController& alert = *controller().alert();
+    ASSERT_TRUE(alert.shown());
+    EXPECT_EQ(alert.title(), "Crash Detected");
+    EXPECT_EQ(alert.tag(), 0x63727368u);
+    alert.clickedButtonAtIndex(0);
+    EXPECT_EQ(unit(grainSize), 0.75f);
+    crash();
+
+    start();
+    ASSERT_TRUE(controller().alert()->shown());
+    controller().alert()->clickedButtonAtIndex(1);
+    settle();
+    EXPECT_EQ(title(), "Default Sound");
+    EXPECT_FALSE(controller().presetBar()->modificationNotice());
+    end();
+    EXPECT_FALSE(marker());
+
+    start();
+    EXPECT_FALSE(controller().alert()->shown());
+    EXPECT_EQ(title(), "Default Sound");
+    // Ended before anything was restored: what is kept stays.
+    dial("grainSize").tweak(0.5f);
+    end();
+    m_application.emplace();
+    m_application->applicationDidFinishLaunching({});
+    end();
+    start();
+    EXPECT_EQ(unit(grainSize), 0.5f);
+    end();
+}
+
+TEST_F(OmbrixViewControllerTest, everyDialGoesToItsUnitAndComesBackWithThePreset) {
+    start();
+    for (const Parameter& row : kParameters) {
+        if (row.dialName.empty())
+            continue;
+        SCOPED_TRACE(std::string(row.key));
+        DialState& turned = dial(std::string(row.dialName).c_str());
+        const float value = row.dial.low + 0.625f * (row.dial.high - row.dial.low);
+        turned.tweak(value);
+        EXPECT_EQ(unit(row.id), storedValue(row.id, value));
+        turned.tweak(1000.f);
+        EXPECT_EQ(turned.value(), row.dial.high);
+        turned.tweak(value);
+    }
+    controller().dials()->toggleSyncSpeed();
+    Preset saved = controller().instrument().makePresetFromSettings();
+    saved.setNumber(ParameterId::adsrRelease, 5.f);
+    saved.name = "Turned";
+    ASSERT_EQ(controller().presetBar()->store().save(saved), "");
+    choose("Default Sound");
+    EXPECT_NE(unit(ParameterId::grainSize), 0.625f);
+    choose("Turned");
+    EXPECT_EQ(dial("grainSpeed").glyph(), "Circle-Sync.png");
+    for (const Parameter& row : kParameters) {
+        if (row.dialName.empty() || row.id == ParameterId::adsrRelease)
+            continue;
+        const float value = row.dial.low + 0.625f * (row.dial.high - row.dial.low);
+        EXPECT_NEAR(dial(std::string(row.dialName).c_str()).value(), value,
+                    2e-6f * std::max(1.f, row.dial.high))
+            << row.key;
+    }
+    EXPECT_FALSE(controller().presetBar()->modificationNotice());
+    EXPECT_EQ(dial("adsrRelease").value(), 2.f) << "shown at the dial's end";
+    dial("adsrAttack").tweak(0.25f);
+    EXPECT_EQ(unit(ParameterId::adsrRelease), 5.f) << "and kept as it is";
+    for (const auto& envelope : controller().instrument().voices().envelopes)
+        EXPECT_EQ(envelope->settings(), (ADSRSettings{0.25f, 1.25f, 0.625f, 5.f}));
+    dial("adsrRelease").tweak(1.f);
+    dial("adsrRelease").doubleTapped();
+    EXPECT_EQ(unit(ParameterId::adsrRelease), 5.f);
+    end();
+}
+
+TEST_F(OmbrixViewControllerTest, aDialTurnedWhileThePresetsSoundIsOnItsWayStays) {
+    start();
+    SoundFiles::write(m_folder.file("long.wav"),
+                      SoundFiles::wav({.rate = 48000}, std::string(30'000'000, '\1')));
+    Preset preset;
+    preset.name = "Long";
+    preset.wave = "long.wav";
+    preset.setNumber(ParameterId::grainSize, 0.25f);
+    preset.setNumber(ParameterId::preamp, 0.75f);
+    preset.setNumber(ParameterId::ringModDepth, 0.25f);
+    ASSERT_EQ(controller().presetBar()->store().save(preset), "");
+    const QString before = controller().wave()->name();
+    controller().presetBar()->choose("Long");
+    EXPECT_EQ(unit(ParameterId::ringModDepth), 0.25f);
+    EXPECT_NE(unit(ParameterId::preamp), 0.75f) << "not in the old sound";
+    EXPECT_EQ(controller().wave()->name(), before);
+    dial("grainSize").tweak(0.375f);
+    controller().willBackground(true);
+    settle();
+    EXPECT_EQ(controller().wave()->name(), "long");
+    EXPECT_EQ(unit(ParameterId::preamp), 0.75f);
+    EXPECT_EQ(unit(ParameterId::grainSize), 0.375f);
+    EXPECT_TRUE(controller().presetBar()->modificationNotice());
+    crash();
+    start();  // as it was kept while the sound was on its way
+    EXPECT_EQ(controller().wave()->name(), "long");
+    EXPECT_EQ(unit(ParameterId::preamp), 0.75f);
+    EXPECT_EQ(unit(ParameterId::grainSize), 0.375f);
+    end();
+}
+
+TEST_F(OmbrixViewControllerTest, filesAreOpenedByWhatTheyHold) {
+    ScratchFolder elsewhere;
+    SoundFiles::write(elsewhere.file("a.bin"), SoundFiles::wav({}, std::string(2000, '\1')));
+    Preset preset;
+    preset.name = "Brought";
+    SoundFiles::write(elsewhere.file("text.wav"), "hello");
+    {
+        PresetStore other(elsewhere.file("b.txt"), "", [](const std::string&) {});
+        ASSERT_EQ(other.save(preset), "");
+    }
+    const auto file = [&](const char* name) {
+        return QString::fromStdString(elsewhere.file(name));
+    };
+    start({file("b.txt"), file("none.wav"), "file://" + file("a.bin")});
+    EXPECT_EQ(title(), "Brought");
+    EXPECT_EQ(controller().wave()->name(), "a");
+    EXPECT_TRUE(controller().presetBar()->modificationNotice());
+    EXPECT_TRUE(fs::exists(m_folder.file("a.bin")));
+    EXPECT_THAT(controller().notices()->text().toStdString(), HasSubstr("none.wav"));
+    controller().openFiles({file("text.wav")});
+    settle();
+    EXPECT_EQ(controller().wave()->name(), "a");
+    EXPECT_THAT(controller().notices()->text().toStdString(), HasSubstr("text.wav"));
+    end();
+}
+
+TEST_F(OmbrixViewControllerTest, whatSoundsIsSeenAndThenNothingRuns) {
+    start();
+    VoicesState& voices = *controller().voices();
+    controller().envelope()->adsrViewUpdated(0, 0, 1, 0.02f);
+    dial("preamp").tweak(1.25f);
+    std::vector<std::int16_t> frames(512);
+    const auto pass = [&](double seconds) {
+        const double until = Clock::monotonic() + seconds;
+        while (Clock::monotonic() < until) {
+            m_device->render(frames);
+            RunLoop::main().turn();
+        }
+    };
+    controller().tinkleIvory(40);
+    pass(0.1);
+    EXPECT_TRUE(voices.sounding());
+    EXPECT_EQ(voices.stages().count(1), 1);
+    EXPECT_EQ(voices.heads().size(), 2);
+    EXPECT_GT(voices.level(), 0.1f);
+    NotificationCentre::defaultCentre().post(kAudioClippedNotification);
+    pass(0.1);
+    EXPECT_TRUE(voices.clipped());
+    controller().untinkleIvory(40);
+    controller().silence();
+    pass(1.5);
+    EXPECT_FALSE(voices.sounding());
+    EXPECT_FALSE(voices.clipped());
+    EXPECT_EQ(voices.level(), 0.f);
+    EXPECT_TRUE(voices.heads().isEmpty());
+    EXPECT_GT(RunLoop::main().nextDue() - Clock::monotonic(), 0.05) << "no more looks";
+    end();
+}
