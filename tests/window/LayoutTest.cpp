@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QQmlComponent>
+#include <QQmlEngine>
+
 #include "InstrumentWindow.h"
 
 namespace {
@@ -51,8 +54,9 @@ void expectRoomForAll(InstrumentWindow& instrument) {
     for (const QString& name : kControls) {
         const QRectF place = placeOf(instrument.item(name));
         EXPECT_TRUE(window.contains(place)) << qPrintable(name) << " leaves the window";
-        if (name != "miniKeyboard")  // is touched anywhere along its whole width
-            EXPECT_GE(std::min(place.width(), place.height()), kTouchTarget) << qPrintable(name);
+        const bool isStrip = name == "miniKeyboard";  // touched anywhere along its width
+        EXPECT_GE(std::min(place.width(), place.height()), isStrip ? 40 : kTouchTarget)
+            << qPrintable(name);
         for (qsizetype i = 0; i < places.size(); ++i) {
             const QRectF both = place.intersected(places[i]);
             EXPECT_TRUE(both.width() < 1 || both.height() < 1)
@@ -73,6 +77,19 @@ TEST(LayoutTest, everyControlHasItsRoomAtEverySize) {
         instrument.pass(0.3);
         expectRoomForAll(instrument);
     }
+}
+
+TEST(LayoutTest, largeTextsLeaveEveryControlItsRoom) {
+    InstrumentWindow instrument({1024, 700});
+    QQmlComponent finder(qmlEngine(&instrument.window()));
+    finder.setData("import QtQml; import Ombrix.Views; QtObject { property QtObject it: Theme }",
+                   {});
+    const std::unique_ptr<QObject> found(finder.create());
+    ASSERT_TRUE(found) << qPrintable(finder.errorString());
+    auto* const theme = found->property("it").value<QObject*>();
+    theme->setProperty("textScale", 1.5);
+    instrument.pass(0.3);
+    expectRoomForAll(instrument);
 }
 
 TEST(LayoutTest, anEndlessPresetNameStaysInItsButton) {

@@ -30,10 +30,11 @@ Panel {
         releaseTime: root.envelope.releaseTime
         onAdsrViewUpdated: root.envelope.adsrViewUpdated(attack, decay, sustain, releaseTime)
     }
+    // At the height of the dials beside the panel, each under its share of the graph.
     Row {
         id: dials
-        anchors { bottom: parent.bottom; bottomMargin: Theme.halfGrid + 2; horizontalCenter: parent.horizontalCenter }
-        spacing: Math.min(4 * Theme.grid, Math.floor((root.width - 4 * 80) / 5))
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: parent.height - 108 + 2 * Theme.grid
 
         Repeater {
             model: ["adsrAttack", "adsrDecay", "adsrSustain", "adsrRelease"]
@@ -41,7 +42,7 @@ Panel {
                 required property string modelData
                 dials: root.controller.dials
                 key: modelData
-                width: 80
+                width: Math.min(20 * Theme.grid, Math.floor((root.width - Theme.grid) / 4))
             }
         }
     }

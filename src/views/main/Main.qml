@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Window
 import Ombrix.Views
 
-/// The window. From the width on at which all keys are seen, the whole scene grows with it.
+/// The window. From the width on at which all keys are seen the whole scene grows with it, and in
+/// one that is smaller than it may be, as some desktops make it, the scene shrinks.
 Window {
     id: window
 
@@ -19,19 +20,20 @@ Window {
     Binding {
         target: Theme
         property: "textScale"
-        // 96 dots an inch are 100 %; below 110 % it is the screen's own inexactness.
-        readonly property real wanted: window.screen ? Screen.logicalPixelDensity * 25.4 / 96 : 1
-        value: wanted < 1.1 ? 1 : Math.min(1.5, wanted)
+        // 96 dots an inch and 10 points are 100 %; what is a little more is a desktop's own taste.
+        readonly property real wanted: Math.max(Screen.logicalPixelDensity * 25.4 / 96, Application.font.pointSize / 10)
+        value: wanted < 1.2 ? 1 : Math.min(1.5, wanted)
     }
 
     InstrumentScreen {
         id: scene
 
         readonly property int wholeKeyboard: 2652
+        readonly property real room: Math.min(window.width / window.minimumWidth, window.height / window.minimumHeight)
 
         controller: window.controller
         height: window.height / scale
-        scale: Math.max(1, Math.min(window.width / wholeKeyboard, window.height / window.minimumHeight))
+        scale: Math.min(room, Math.max(1, window.width / wholeKeyboard))
         transformOrigin: Item.TopLeft
         width: window.width / scale
     }

@@ -6,14 +6,16 @@ Panel {
     id: root
 
     required property OmbrixViewController controller
+    readonly property int contentWidth: Math.min(width - 3 * Theme.grid, 36 * Theme.grid)
 
     heading: qsTr("Voices")
 
     VoiceLamps {
         id: lamps
-        anchors { left: parent.left; leftMargin: 1.5 * Theme.grid; right: parent.right; rightMargin: 1.5 * Theme.grid }
+        anchors.horizontalCenter: parent.horizontalCenter
         height: 2 * Theme.grid
         stages: root.controller.voices.stages
+        width: root.contentWidth
         y: 4 * Theme.grid
     }
     PushButton {
@@ -22,7 +24,7 @@ Panel {
         objectName: "silenceButton"
         text: qsTr("Silence")
         spoken: qsTr("Silence all voices")
-        width: parent.width - 3 * Theme.grid
+        width: root.contentWidth
         onClicked: root.controller.silence()
     }
 }
