@@ -4,19 +4,21 @@
 #include <span>
 #include <stdexcept>
 
-LatencyProbe::LatencyProbe(const char* port)
-    : m_client(jack_client_open("probe", JackNoStartServer, nullptr)) {
+LatencyProbe::LatencyProbe() : m_client(jack_client_open("probe", JackNoStartServer, nullptr)) {
     if (!m_client)
         throw std::runtime_error("no JACK server");
     m_port = jack_port_register(m_client, "in", JACK_DEFAULT_AUDIO_TYPE, JackPortIsInput, 0);
     jack_set_process_callback(m_client, process, this);
     jack_activate(m_client);
-    if (jack_connect(m_client, port, jack_port_name(m_port)) != 0)
-        throw std::runtime_error("no such port");
 }
 
 LatencyProbe::~LatencyProbe() {
     jack_client_close(m_client);
+}
+
+bool LatencyProbe::connect(const char* port) {
+    return jack_port_by_name(m_client, port) &&
+           jack_connect(m_client, port, jack_port_name(m_port)) == 0;
 }
 
 std::optional<jack_nframes_t> LatencyProbe::heard() const {

@@ -1,0 +1,92 @@
+#include "Measurements.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+
+#include "DisplayServer.h"
+#include "Figures.h"
+#include "LatencyProbe.h"
+#include "Process.h"
+#include "ScratchFolder.h"
+
+namespace {
+
+constexpr int kStarts = 11;  // the first one warms
+
+using Clock = std::chrono::steady_clock;
+
+double millisecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+bool comesTo(const std::function<bool()>& truth) {
+    const auto start = Clock::now();
+    while (millisecondsSince(start) < 10000) {
+        if (truth())
+            return true;
+        usleep(1000);
+    }
+    return false;
+}
+
+bool says(const std::string& log, const char* words) {
+    std::ifstream file(log);
+    for (std::string line; std::getline(file, line);) {
+        if (line.find(words) != std::string::npos)
+            return true;
+    }
+    return false;
+}
+
+struct Start {
+    double frame = 0;  // milliseconds
+    double sound = 0;
+};
+
+Start start(const std::string& program, LatencyProbe& probe) {
+    const ScratchFolder folder;
+    const std::string log = folder.file("log");
+    Start figures;
+    const auto begin = Clock::now();
+    Process instrument({program, "--verbose", "--device", "jack"}, log);
+    if (!comesTo([&] { return says(log, "first frame"); }))
+        throw std::runtime_error("no first frame");
+    figures.frame = millisecondsSince(begin);
+    if (!comesTo([&] { return probe.connect(kInstrumentPort); }))
+        throw std::runtime_error("no connection to JACK");
+    probe.listen();
+    runProgram({"xdotool", "mousedown", "1"});
+    if (!comesTo([&] { return probe.heard().has_value(); }))
+        throw std::runtime_error("no sound");
+    figures.sound = millisecondsSince(begin);
+    runProgram({"xdotool", "mouseup", "1"});
+    instrument.terminate();
+    return figures;
+}
+
+}  // namespace
+
+void measureStartup(const std::string& program) {
+    const DisplayServer display(1280, 800);
+    const ScratchFolder folder;
+    setenv("OMBRIX_DATA", folder.file("data").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", folder.file("config").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", folder.file("").c_str(), 0);
+    runProgram({"xdotool", "mousemove", "640", "760"});
+    LatencyProbe probe;
+    std::vector<double> frames;
+    std::vector<double> sounds;
+    start(program, probe);
+    for (int i = 1; i < kStarts; ++i) {
+        const Start figures = start(program, probe);
+        frames.push_back(figures.frame);
+        sounds.push_back(figures.sound);
+    }
+    tellFigures("start to first frame", frames, "ms", "800");
+    tellFigures("start to first sound", sounds, "ms", "1000");
+}
