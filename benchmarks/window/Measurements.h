@@ -18,8 +18,8 @@ void measureIdle();
 void measureMemory();
 /// What `times` preset changes and ten times as many key presses leave behind.
 void measureGrowth(int times);
-/// Starts the program several times, warm, in a display of its own, with the pointer waiting on a
-/// key that is pressed as soon as the first frame is told. Needs xdotool.
+/// Starts the program several times, warm, in a display of its own. A key is pressed as soon as the
+/// first frame is told. Needs xdotool.
 void measureStartup(const std::string& program);
 
 /// Lets the event loop run as it does in the program.

@@ -60,7 +60,7 @@ Start start(const std::string& program, LatencyProbe& probe) {
     if (!comesTo([&] { return probe.connect(kInstrumentPort); }))
         throw std::runtime_error("no connection to JACK");
     probe.listen();
-    runProgram({"xdotool", "mousedown", "1"});
+    runProgram({"xdotool", "mousemove", "600", "760", "mousedown", "1"});
     if (!comesTo([&] { return probe.heard().has_value(); }))
         throw std::runtime_error("no sound");
     figures.sound = millisecondsSince(begin);
@@ -77,7 +77,6 @@ void measureStartup(const std::string& program) {
     setenv("OMBRIX_DATA", folder.file("data").c_str(), 1);
     setenv("XDG_CONFIG_HOME", folder.file("config").c_str(), 1);
     setenv("XDG_RUNTIME_DIR", folder.file("").c_str(), 0);
-    runProgram({"xdotool", "mousemove", "640", "760"});
     LatencyProbe probe;
     std::vector<double> frames;
     std::vector<double> sounds;
