@@ -30,7 +30,7 @@ int LatencyProbe::process(jack_nframes_t frames, void* self) {
     const std::span samples(static_cast<float*>(jack_port_get_buffer(probe.m_port, frames)),
                             frames);
     const auto first = std::ranges::find_if(samples, [](float sample) { return sample != 0; });
-    probe.m_silentPeriods = first == samples.end() ? probe.m_silentPeriods + 1 : 0;
+    probe.m_silentFrames = first == samples.end() ? probe.m_silentFrames + frames : 0;
     if (first != samples.end() && probe.m_state == kListening) {
         probe.m_heard = jack_last_frame_time(probe.m_client) +
                         static_cast<jack_nframes_t>(first - samples.begin());

@@ -25,7 +25,8 @@ class LatencyProbe {
     void listen() { m_state = kListening; }
     /// When that was, on the server's clock; none while all is silent.
     std::optional<jack_nframes_t> heard() const;
-    bool silent() const { return m_silentPeriods > 4; }
+    /// For longer than the gaps between grains.
+    bool silent() const { return m_silentFrames > rate() / 5; }
 
   private:
     enum State { kIdle, kListening, kHeard };
@@ -35,6 +36,6 @@ class LatencyProbe {
     jack_client_t* m_client;
     jack_port_t* m_port = nullptr;
     std::atomic<int> m_state{kIdle};
-    std::atomic<int> m_silentPeriods{0};
+    std::atomic<jack_nframes_t> m_silentFrames{0};
     std::atomic<jack_nframes_t> m_heard{0};
 };

@@ -34,8 +34,9 @@ void measureMemory() {
     play(instrument, 2);
     live(3);
     std::printf(
-        "%-44s resident %.0f, proportional %.0f MiB (at most 120 with software, 200 with GL)\n",
-        "memory", memory("Rss"), memory("Pss"));
+        "%-44s resident %.0f without %.0f that the JACK server shares, proportional %.0f MiB "
+        "(at most 120 with software, 200 with GL)\n",
+        "memory", memory("Rss") - jackMemory(), jackMemory(), memory("Pss"));
 }
 
 void measureGrowth(int times) {

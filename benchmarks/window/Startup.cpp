@@ -48,10 +48,20 @@ struct Start {
     double sound = 0;
 };
 
+/// A key that is pressed before the sound in use has been loaded is silent.
+bool soundsWhenTapped(LatencyProbe& probe) {
+    runProgram({"xdotool", "mousemove", "600", "760", "mousedown", "1"});
+    for (int wait = 0; wait < 30 && !probe.heard(); ++wait)
+        usleep(1000);
+    runProgram({"xdotool", "mouseup", "1"});
+    return probe.heard().has_value();
+}
+
 Start start(const std::string& program, LatencyProbe& probe) {
     const ScratchFolder folder;
     const std::string log = folder.file("log");
     Start figures;
+    runProgram({"xdotool", "mousemove", "1", "1"});
     const auto begin = Clock::now();
     Process instrument({program, "--verbose", "--device", "jack"}, log);
     if (!comesTo([&] { return says(log, "first frame"); }))
@@ -60,11 +70,9 @@ Start start(const std::string& program, LatencyProbe& probe) {
     if (!comesTo([&] { return probe.connect(kInstrumentPort); }))
         throw std::runtime_error("no connection to JACK");
     probe.listen();
-    runProgram({"xdotool", "mousemove", "600", "760", "mousedown", "1"});
-    if (!comesTo([&] { return probe.heard().has_value(); }))
+    if (!comesTo([&] { return soundsWhenTapped(probe); }))
         throw std::runtime_error("no sound");
     figures.sound = millisecondsSince(begin);
-    runProgram({"xdotool", "mouseup", "1"});
     instrument.terminate();
     return figures;
 }
