@@ -71,8 +71,6 @@ void DialView::setValue(float value) {
         m_valueWhenComplete = value;
         return;
     }
-    if (value == this->value() && m_minValue != m_maxValue)
-        return;  // the way there and back would round
     turnTo(DialGeometry::clamped((value - m_minValue) / (m_maxValue - m_minValue)));
     updateAngle();
 }
