@@ -3,8 +3,16 @@
 #include "audiounits/devices/AudioDevices.h"
 
 namespace {
+
 constexpr double kLookSeconds = 1.0;
+
+/// A line of the log as the player reads it.
+QString asSentence(QString line) {
+    line[0] = line[0].toUpper();
+    return line + '.';
 }
+
+}  // namespace
 
 DeviceNews::DeviceNews(Tell tell)
     : m_tell(std::move(tell)),
@@ -25,7 +33,8 @@ QString DeviceNews::news(const AudioDeviceState& before, const AudioDeviceState&
     using Presence = AudioDeviceState::Presence;
     const QString name = QString::fromStdString(now.name);
     if (now.presence == Presence::absent && before.presence != Presence::absent)
-        return QString::fromStdString(now.absence);
+        return asSentence(QString::fromStdString(now.absence)) + ' ' +
+               tr("Connect one, or choose another in Settings.");
     if (now.presence == Presence::lost && before.presence != Presence::lost)
         return tr("The sound device %1 was lost; it plays again as soon as it is back.").arg(name);
     if (now.presence != Presence::playing)

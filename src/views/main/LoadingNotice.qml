@@ -9,6 +9,13 @@ Item {
 
     implicitHeight: words.height + Theme.grid + bar.height + Theme.grid
 
+    // The sound of before lies under it.
+    Rectangle {
+        anchors { fill: parent; margins: -2 * Theme.grid }
+        border { color: Theme.line; width: Theme.hairline }
+        color: Theme.panel
+        radius: Theme.panelRadius
+    }
     Words {
         id: words
         anchors { left: parent.left; right: cancel.left; rightMargin: 2 * Theme.grid }

@@ -9,7 +9,7 @@ Item {
 
     required property ItemPickerController content
     readonly property string heading: content.title
-    readonly property int rowHeight: 6 * Theme.grid
+    readonly property int rowHeight: Theme.touchTarget
     readonly property int searchHeight: content.searchable ? field.height + 2 * Theme.grid : 0
     property bool placed: false
 
@@ -113,6 +113,7 @@ Item {
             required property int index
             required property var model
 
+            objectName: "item" + index
             chosen: model.checked
             focusPolicy: Qt.NoFocus
             height: root.rowHeight

@@ -36,6 +36,7 @@ FocusScope {
         }
         PushButton {
             id: button
+            objectName: "tutorialNextButton"
             anchors { right: parent.right; rightMargin: Theme.halfGrid; verticalCenter: parent.verticalCenter }
             width: Math.max(8 * Theme.grid, implicitWidth)
             focus: true
