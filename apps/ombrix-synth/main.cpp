@@ -69,7 +69,8 @@ int run(int argc, char** argv) {
     if (const auto code = line.read({argv, static_cast<std::size_t>(argc)}))
         return *code;
     QtMessages::listen();
-    int ownArguments = argc > 0 ? 1 : 0;  // the rest is ours, none of it Qt's
+    qputenv("QML_NO_TOUCH_COMPRESSION", "1");  // a glissando plays every key at once
+    int ownArguments = argc > 0 ? 1 : 0;       // the rest is ours, none of it Qt's
     QGuiApplication application(ownArguments, argv);
     QtMessages::started();
     QGuiApplication::setApplicationDisplayName("Ombrix Synth");

@@ -18,11 +18,10 @@ QPoint placeOfFinger(InstrumentWindow& instrument, int finger, double time) {
     return instrument.placeOf(instrument.item("keyboard"), across, finger % 2 ? 0.85 : 0.4);
 }
 
+/// Each finger by an event of its own, as an X server tells it.
 void slide(InstrumentWindow& instrument, double time) {
-    std::map<int, QPoint> places;
     for (int finger = 0; finger < kFingers; ++finger)
-        places[finger] = placeOfFinger(instrument, finger, time);
-    instrument.fingers().move(places);
+        instrument.fingers().move(finger, placeOfFinger(instrument, finger, time));
 }
 
 void turn(InstrumentWindow& instrument, double time) {
