@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <span>
 
+/// Of the speed, while Shift makes a turn fine.
+inline constexpr float kFineTurn = 0.1f;
+
 /// How far a finger has turned a dial: its way from where it came down, along the axes that act.
 /// Positions are parts of the sweep, lengths points. [main]
 class DialDrag {
