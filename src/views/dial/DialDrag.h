@@ -21,6 +21,8 @@ class DialDrag {
     /// change between fine and coarse begins anew at `shown`, so that nothing jumps.
     float moved(QPointF at, std::int32_t mode, float speedRatio, bool fine, float shown);
 
+    /// Whether the finger was at `at` last.
+    bool isAt(QPointF at) const { return at == m_last; }
     QPointF touchDownAt() const { return m_touchDownAt; }
     float touchedValue() const { return m_touchedValue; }
 

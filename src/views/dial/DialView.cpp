@@ -168,6 +168,8 @@ void DialView::touchBegan(int finger, QPointF at, quint64 time) {
 }
 
 void DialView::touchMoved(QPointF to, bool fine) {
+    if (m_drag.isAt(to))
+        return;  // told twice, or of a finger that rests while another moves
     m_taps.moved(to);
     const float dragged =
         DialGeometry::clamped(m_drag.moved(to, m_mode, m_speedRatio, fine, m_position));
