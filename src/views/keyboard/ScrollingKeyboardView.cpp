@@ -343,7 +343,7 @@ void ScrollingKeyboardView::watch(QQuickWindow* window) {
 }
 
 bool ScrollingKeyboardView::eventFilter(QObject*, QEvent* event) {
-    if (losesInput(event->type()))
+    if (losesInput(*event, *m_watched))
         releaseEverything();
     else if (event->type() == QEvent::TouchBegin || event->type() == QEvent::TouchUpdate ||
              event->type() == QEvent::TouchEnd)
