@@ -7,6 +7,7 @@ Text {
     color: Theme.cream
     elide: Text.ElideRight
     font { family: Theme.family; pixelSize: Theme.textSize }
+    lineHeight: wrapMode === Text.NoWrap ? 1 : 1.15
     maximumLineCount: 1
     textFormat: Text.PlainText
     verticalAlignment: Text.AlignVCenter

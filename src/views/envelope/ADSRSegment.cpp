@@ -1,12 +1,15 @@
 #include "envelope/ADSRSegment.h"
 
 #include <QFontMetricsF>
+#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr float kBarStep = 3;
+const QColor kHalo = QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.75f);
+constexpr double kHaloWidth = 4;  // points, half of it around the letters
 const QColor kTextColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f);
 const QColor kLabelColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f, 0.75f);
 
@@ -74,10 +77,15 @@ void ADSRSegment::drawTexts(const QString& label, const QString& value, const QF
     painter.restore();
 }
 
-/// The text's top is at that share of the height.
+/// The text's top is at that share of the height. A dark edge keeps it apart from the line.
 void ADSRSegment::drawCentred(const QString& text, float share, QPainter& painter) const {
     const QFontMetricsF metrics(painter.font());
     const double left = double(x) + (double(width) - metrics.horizontalAdvance(text)) / 2;
     const double top = double(share * float(size.height()));
-    painter.drawText(QPointF(left, top + metrics.ascent()), text);
+    const QPointF start(left, top + metrics.ascent());
+    QPainterPath letters;
+    letters.addText(start, painter.font(), text);
+    painter.strokePath(letters,
+                       QPen(kHalo, kHaloWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawText(start, text);
 }

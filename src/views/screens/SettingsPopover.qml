@@ -11,7 +11,7 @@ ScreenPopover {
     screen: Component {
         SettingsScreen {
             audio: root.controller.audio
-            onDone: root.presentation.finish()
+            onDone: root.presentation.dismiss()
         }
     }
 }

@@ -60,7 +60,8 @@ QRectF TakeOutlineView::frameOf(int column) const {
 }
 
 QSGNode* TakeOutlineView::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
-    QSGNode* const root = old ? old : new QSGNode;
+    // The software renderer forgets where columns that come later belong, below a plain node.
+    QSGNode* const root = old ? old : new QSGTransformNode;
     const int count = static_cast<int>(m_columns.size());
     while (root->childCount() > count) {
         QSGNode* const last = root->lastChild();
