@@ -13,15 +13,18 @@ namespace {
 constexpr int kFingers = 10;
 constexpr int kTouchMilliseconds = 8;  // a touch screen tells of its fingers 125 times a second
 
-QPoint placeOfFinger(InstrumentWindow& instrument, int finger, double time) {
+/// On a keyboard that lies there in the window.
+QPoint placeOfFinger(const QRectF& keyboard, int finger, double time) {
     const double across = 0.05 + 0.09 * finger + 0.04 * std::sin(2 * time + finger);
-    return instrument.placeOf(instrument.item("keyboard"), across, finger % 2 ? 0.85 : 0.4);
+    const double down = finger % 2 ? 0.85 : 0.4;
+    return (keyboard.topLeft() + QPointF(keyboard.width() * across, keyboard.height() * down))
+        .toPoint();
 }
 
 /// Each finger by an event of its own, as an X server tells it.
-void slide(InstrumentWindow& instrument, double time) {
+void slide(Fingers& fingers, const QRectF& keyboard, double time) {
     for (int finger = 0; finger < kFingers; ++finger)
-        instrument.fingers().move(finger, placeOfFinger(instrument, finger, time));
+        fingers.move(finger, placeOfFinger(keyboard, finger, time));
 }
 
 void turn(InstrumentWindow& instrument, double time) {
@@ -69,15 +72,17 @@ void live(double seconds) {
 }
 
 void play(InstrumentWindow& instrument, double seconds) {
+    const QQuickItem& item = instrument.item("keyboard");
+    const QRectF keyboard = item.mapRectToScene(item.boundingRect());
     for (int finger = 0; finger < kFingers; ++finger)
-        instrument.fingers().press(finger, placeOfFinger(instrument, finger, 0));
+        instrument.fingers().press(finger, placeOfFinger(keyboard, finger, 0));
     QElapsedTimer clock;
     clock.start();
     QTimer touches;
     touches.setTimerType(Qt::PreciseTimer);
     QObject::connect(&touches, &QTimer::timeout, &touches, [&] {
         const double time = double(clock.elapsed()) / 1000;
-        slide(instrument, time);
+        slide(instrument.fingers(), keyboard, time);
         turn(instrument, time);
     });
     touches.start(kTouchMilliseconds);
