@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "CommandLine.h"
+#include "MissingSeat.h"
 #include "QtMessages.h"
 #include "ScreenAwake.h"
 #include "SessionSharing.h"
@@ -73,6 +74,7 @@ int run(int argc, char** argv) {
     int ownArguments = argc > 0 ? 1 : 0;       // the rest is ours, none of it Qt's
     QGuiApplication application(ownArguments, argv);
     QtMessages::started();
+    beginAnewWithoutSeat(argv);
     QGuiApplication::setApplicationDisplayName("Ombrix Synth");
     QGuiApplication::setDesktopFileName("ombrix-synth");  // how desktops know it, and its icon
     QGuiApplication::setWindowIcon(QPixmap::fromImage(Artwork::image("ombrix-synth.png", 2)));
