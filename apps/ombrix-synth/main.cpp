@@ -1,4 +1,6 @@
 #include <QGuiApplication>
+#include <QIcon>
+#include <QPixmap>
 #include <cstdlib>
 #include <exception>
 
@@ -9,6 +11,7 @@
 #include "Signals.h"
 #include "StandardFiles.h"
 #include "WindowLife.h"
+#include "artwork/Artwork.h"
 #include "log/Log.h"
 #include "main/MainWindow.h"
 #include "runloop/Clock.h"
@@ -66,9 +69,13 @@ int run(int argc, char** argv) {
     if (const auto code = line.read({argv, static_cast<std::size_t>(argc)}))
         return *code;
     QtMessages::listen();
-    int ownArguments = argc > 0 ? 1 : 0;  // the rest is ours, none of it Qt's
+    qputenv("QML_NO_TOUCH_COMPRESSION", "1");  // a glissando plays every key at once
+    int ownArguments = argc > 0 ? 1 : 0;       // the rest is ours, none of it Qt's
     QGuiApplication application(ownArguments, argv);
     QtMessages::started();
+    QGuiApplication::setApplicationDisplayName("Ombrix Synth");
+    QGuiApplication::setDesktopFileName("ombrix-synth");  // how desktops know it, and its icon
+    QGuiApplication::setWindowIcon(QPixmap::fromImage(Artwork::image("ombrix-synth.png", 2)));
     SessionSharing desktop;
     OmbrixAppDelegate delegate;
     const MainLoop loop;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -13,6 +12,20 @@ double seconds(clockid_t clock) {
     timespec time{};
     clock_gettime(clock, &time);
     return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
+}
+
+/// The field of all mappings whose file has `part` in its name, in MiB.
+double sum(const char* path, const std::string& part, const std::string& field) {
+    std::ifstream file(path);
+    double kibibytes = 0;
+    bool counts = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.find('-') < line.find(' '))  // the addresses of the next one
+            counts = line.find(part) != std::string::npos;
+        else if (counts && line.starts_with(field + ':'))
+            kibibytes += std::stod(line.substr(field.size() + 1));
+    }
+    return kibibytes / 1024;
 }
 
 }  // namespace
@@ -38,10 +51,9 @@ double processSeconds() {
 }
 
 double memory(const std::string& field) {
-    std::ifstream file("/proc/self/smaps_rollup");
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with(field + ':'))
-            return std::stod(line.substr(field.size() + 1)) / 1024;
-    }
-    return 0;
+    return sum("/proc/self/smaps_rollup", "", field);
+}
+
+double jackMemory() {
+    return sum("/proc/self/smaps", "/jack-", "Rss");
 }

@@ -13,3 +13,5 @@ double processSeconds();
 
 /// A field of /proc/self/smaps_rollup, in MiB: "Rss", "Pss".
 double memory(const std::string& field);
+/// What the JACK server has every client map and hold, in MiB.
+double jackMemory();

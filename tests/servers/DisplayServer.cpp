@@ -8,14 +8,14 @@
 
 namespace {
 
-/// The line that is a number, whatever the server complains of before: displays that others have.
+/// The whole line that is a number; complaints may stand around it.
 std::string numberIn(const std::string& path) {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line) && !file.eof();) {
         if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos)
             return line;
     }
-    return {};
+    return "";
 }
 
 }  // namespace
@@ -28,8 +28,8 @@ DisplayServer::DisplayServer(int width, int height) {
                                  "tcp", "-noreset"},
         said);
     for (int i = 0; i < 200; ++i) {
-        if (const std::string display = numberIn(said); !display.empty()) {
-            setenv("DISPLAY", (':' + display).c_str(), 1);
+        if (const std::string number = numberIn(said); !number.empty()) {
+            setenv("DISPLAY", (':' + number).c_str(), 1);
             setenv("QT_QPA_PLATFORM", "xcb", 1);
             return;
         }

@@ -18,8 +18,10 @@ namespace fs = std::filesystem;
 
 class InstrumentProgramTest : public testing::Test {
   protected:
+    /// What it says begins anew.
     std::vector<std::string> command(const std::vector<std::string>& changes,
                                      const std::vector<std::string>& arguments) const {
+        fs::remove(m_config.file("said"));
         std::vector<std::string> words{"env",
                                        "-u",
                                        "DISPLAY",

@@ -134,10 +134,12 @@ TEST_F(DialViewTest, isTurnedByOneFingerAlongTheAxesOfItsMode) {
     for (const auto& [mode, way, position] : rows) {
         dial().setMode(mode);
         dial().setValue(0.5f);
+        m_reported.clear();
         m_fingers.press(1, kMiddle);
         m_fingers.press(2, kMiddle + QPoint(9, 9));
         m_fingers.move(2, kMiddle + QPoint(30, 9));
         EXPECT_EQ(dial().normalisedValue(), 0.5f) << "only the first finger counts";
+        EXPECT_TRUE(m_reported.empty()) << "and it rests";
         m_fingers.move(1, kMiddle + way);
         EXPECT_NEAR(dial().normalisedValue(), position, 1e-6) << mode;
         EXPECT_EQ(m_reported.back(), dial().value());

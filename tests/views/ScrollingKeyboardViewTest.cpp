@@ -78,6 +78,10 @@ TEST(ScrollingKeyboardViewTest, leavingTheKeysReleases) {
     fingers.press(0, piano.onWhite(kC4));
     fingers.move(0, QPoint(piano.onWhite(kC4).x(), 20));  // over the overview
     EXPECT_EQ(piano.played(), "+39 -39 ");
+    fingers.press(1, piano.onWhite(kE4));  // its event names a finger beside the view as well
+    EXPECT_EQ(piano.played(), "+43 ");
+    fingers.release(1);
+    EXPECT_EQ(piano.played(), "-43 ");
     fingers.move(0, piano.onWhite(kD4));
     EXPECT_EQ(piano.played(), "+41 ");
     fingers.move(0, QPoint(piano.onWhite(kD4).x(), 400));

@@ -9,7 +9,7 @@
 
 namespace {
 
-AudioTakeDelegate nobody;
+AudioTakeDelegate noTakeDelegate;
 
 constexpr auto kLongestWait = std::chrono::milliseconds(250);
 constexpr double kLoud = 0.2;  // where a take begins; positive swings only
@@ -18,7 +18,7 @@ constexpr float kFullScale = 32768.f;
 }  // namespace
 
 AudioTake::AudioTake(WaveChoice& waves, UnsavedTake* unsaved)
-    : m_waves(waves), m_unsaved(unsaved), m_delegate(&nobody) {}
+    : m_waves(waves), m_unsaved(unsaved), m_delegate(&noTakeDelegate) {}
 
 // The record must outlive the last call of the callback.
 AudioTake::~AudioTake() {
@@ -30,7 +30,7 @@ AudioTake::~AudioTake() {
 }
 
 void AudioTake::setDelegate(AudioTakeDelegate* delegate) {
-    m_delegate = delegate ? delegate : &nobody;
+    m_delegate = delegate ? delegate : &noTakeDelegate;
 }
 
 void AudioTake::waveRecordDown() {

@@ -11,7 +11,7 @@
 
 namespace {
 
-PerformanceDelegate nobody;
+PerformanceDelegate noPerformanceDelegate;
 
 std::string missing(std::uint64_t frames) {
     std::array<char, 80> text;
@@ -23,7 +23,7 @@ std::string missing(std::uint64_t frames) {
 }  // namespace
 
 Performance::Performance(Notes& notes, PassthruRecordingUnit& recordingUnit)
-    : m_notes(notes), m_recordingUnit(recordingUnit), m_delegate(&nobody) {
+    : m_notes(notes), m_recordingUnit(recordingUnit), m_delegate(&noPerformanceDelegate) {
     m_notes.addDelegate(*this);
 }
 
@@ -35,7 +35,7 @@ Performance::~Performance() {
 }
 
 void Performance::setDelegate(PerformanceDelegate* delegate) {
-    m_delegate = delegate ? delegate : &nobody;
+    m_delegate = delegate ? delegate : &noPerformanceDelegate;
 }
 
 void Performance::toolbarRecordClicked() {

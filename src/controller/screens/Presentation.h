@@ -42,7 +42,7 @@ class Presentation : public QObject {
     /// shown.
     Q_INVOKABLE bool dismiss();
     /// What is shown has done its work.
-    void finish();
+    Q_INVOKABLE void finish();
 
   Q_SIGNALS:
     void changed();

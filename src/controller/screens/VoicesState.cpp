@@ -7,7 +7,7 @@
 namespace {
 
 constexpr double kLookSeconds = 1.0 / 30;
-constexpr float kFall = 0.87f;        // of the level, at each look
+constexpr float kLevelFall = 0.87f;   // of the level, at each look
 constexpr float kQuiet = 0.001f;      // a level that counts as none: -60 dB
 constexpr double kClipSeconds = 0.5;  // how long the clip light stays on
 
@@ -81,7 +81,7 @@ void VoicesState::lookAtVoices() {
 }
 
 void VoicesState::lookAtLevel() {
-    float level = std::max(m_instrument.takePeak(), m_level * kFall);
+    float level = std::max(m_instrument.takePeak(), m_level * kLevelFall);
     level = level < kQuiet ? 0.f : level;
     if (change(m_level, level))
         Q_EMIT levelChanged();

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr double kLookSeconds = 1.0 / 15;  // also how long a load goes without being shown
+constexpr double kProgressSeconds = 1.0 / 15;  // also how long a load goes without being shown
 
 QString withoutExtension(const std::string& filename) {
     return QString::fromStdString(filename.substr(0, filename.rfind('.')));
@@ -28,7 +28,7 @@ QString WaveState::name() const {
 void WaveState::loadingBeganOrEnded() {
     if (m_sounds.loading()) {
         if (!m_looking)
-            m_looking = RunLoop::main().callEvery(kLookSeconds, [this] { look(); });
+            m_looking = RunLoop::main().callEvery(kProgressSeconds, [this] { look(); });
         return;
     }
     RunLoop::main().cancel(m_looking);

@@ -1,7 +1,6 @@
 #include "artwork/Artwork.h"
 
 #include <QHash>
-#include <QUrl>
 #include <algorithm>
 #include <cmath>
 
@@ -38,8 +37,4 @@ QImage Artwork::image(const QString& name, qreal scale) {
 
 QSizeF Artwork::size(const QString& name) {
     return image(name, 1).deviceIndependentSize();
-}
-
-QString Artwork::url(const QString& name) {
-    return QUrl::fromLocalFile(path(name, 1)).toString();
 }

@@ -16,7 +16,4 @@ QImage image(const QString& name, qreal scale);
 /// In points; empty when there is none.
 QSizeF size(const QString& name);
 
-/// For the `source` of a QML Image, which chooses the scale by itself.
-QString url(const QString& name);
-
 }  // namespace Artwork

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int kButtonFontSize = 18;
-constexpr QPointF kShadowOffset{0, -1};
+constexpr QPointF kLetterShadow{0, -1};
 const QColor kShadow(0, 0, 0, 128);
 
 }  // namespace
@@ -34,7 +34,7 @@ void BubbleLabel::paint(QPainter* painter) {
     const QString shown = QFontMetricsF(m_font).elidedText(m_text, Qt::ElideRight, width());
     painter->setFont(m_font);
     painter->setPen(kShadow);
-    painter->drawText(boundingRect().translated(kShadowOffset), Qt::AlignCenter, shown);
+    painter->drawText(boundingRect().translated(kLetterShadow), Qt::AlignCenter, shown);
     painter->setPen(Qt::white);
     painter->drawText(boundingRect(), Qt::AlignCenter, shown);
 }

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr float kNear = 0.03f - 1e-6f;  // what is 0.03 away but for rounding is not near
-constexpr float kFine = 0.1f;
 
 }  // namespace
 
@@ -22,7 +21,7 @@ float DialDrag::moved(QPointF at, std::int32_t mode, float speedRatio, bool fine
         m_fine = fine;
     }
     m_last = at;
-    const float speed = fine ? speedRatio * kFine : speedRatio;
+    const float speed = fine ? speedRatio * kFineTurn : speedRatio;
     float position = m_touchedValue;
     if ((mode & kHorizontal) != 0)
         position += (float(at.x()) - float(m_touchDownAt.x())) * speed;

@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <span>
 
+/// Of the speed, while Shift makes a turn fine.
+inline constexpr float kFineTurn = 0.1f;
+
 /// How far a finger has turned a dial: its way from where it came down, along the axes that act.
 /// Positions are parts of the sweep, lengths points. [main]
 class DialDrag {
@@ -18,6 +21,8 @@ class DialDrag {
     /// change between fine and coarse begins anew at `shown`, so that nothing jumps.
     float moved(QPointF at, std::int32_t mode, float speedRatio, bool fine, float shown);
 
+    /// Whether the finger was at `at` last.
+    bool isAt(QPointF at) const { return at == m_last; }
     QPointF touchDownAt() const { return m_touchDownAt; }
     float touchedValue() const { return m_touchedValue; }
 

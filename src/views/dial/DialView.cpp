@@ -16,7 +16,6 @@ namespace {
 constexpr qreal kSide = 80;
 constexpr int kMouse = -1;                      // beside the ids of fingers
 constexpr float kStep = 0.02f;                  // of the sweep, for a notch of the wheel or a key
-constexpr float kFine = 0.1f;                   // of the step, with Shift
 constexpr float kPage = 0.1f;                   // of the sweep
 constexpr int kBubbleMilliseconds = 1000;       // after a step that no finger holds
 constexpr int kAnnouncementMilliseconds = 500;  // only the last value of a quick turn is spoken
@@ -28,7 +27,7 @@ bool isFine(Qt::KeyboardModifiers modifiers) {
 
 /// How far a key turns, or 0.
 float keyStep(int key, Qt::KeyboardModifiers modifiers) {
-    const float step = isFine(modifiers) ? kStep * kFine : kStep;
+    const float step = isFine(modifiers) ? kStep * kFineTurn : kStep;
     switch (key) {
         case Qt::Key_Up:
         case Qt::Key_Right:
@@ -72,8 +71,6 @@ void DialView::setValue(float value) {
         m_valueWhenComplete = value;
         return;
     }
-    if (value == this->value() && m_minValue != m_maxValue)
-        return;  // the way there and back would round
     turnTo(DialGeometry::clamped((value - m_minValue) / (m_maxValue - m_minValue)));
     updateAngle();
 }
@@ -171,6 +168,8 @@ void DialView::touchBegan(int finger, QPointF at, quint64 time) {
 }
 
 void DialView::touchMoved(QPointF to, bool fine) {
+    if (m_drag.isAt(to))
+        return;  // told twice, or of a finger that rests while another moves
     m_taps.moved(to);
     const float dragged =
         DialGeometry::clamped(m_drag.moved(to, m_mode, m_speedRatio, fine, m_position));
@@ -263,7 +262,7 @@ void DialView::wheelEvent(QWheelEvent* event) {
     event->accept();
     if (m_finger || turned == 0)
         return;
-    const float step = isFine(event->modifiers()) ? kStep * kFine : kStep;
+    const float step = isFine(event->modifiers()) ? kStep * kFineTurn : kStep;
     stepTo(m_position + float(turned / kWheelNotch) * step);
 }
 

@@ -30,7 +30,10 @@ void ParameterDial::takeOver() {
     setNotches({notches.begin(), notches.end()});
     setValue(m_state->value());
     setGlyph(m_state->glyph());
-    connect(m_state, &DialState::valueChanged, this, [this] { setValue(m_state->value()); });
+    connect(m_state, &DialState::valueChanged, this, [this] {
+        if (m_state->value() != value())  // our own: the way there and back would round
+            setValue(m_state->value());
+    });
     connect(m_state, &DialState::glyphChanged, this, [this] { setGlyph(m_state->glyph()); });
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "envelope/ADSRSegment.h"
+#include "text/CNumber.h"
 
 namespace {
 
@@ -21,6 +22,11 @@ float limited(float value, float high) {
     if (!(value > 0))
         return 0;
     return value < high ? value : high;
+}
+
+/// Rounded as the dials round, which QString does not at halves.
+QString printed(const char* format, float value) {
+    return QString::fromStdString(formattedNumber(format, double(value)));
 }
 
 }  // namespace
@@ -200,10 +206,9 @@ void ADSRView::keyPressEvent(QKeyEvent* event) {
 }
 
 QString ADSRView::spokenText() const {
-    const auto seconds = [](float time) { return QString::asprintf("%.2f", double(time)); };
     return tr("Attack %1 seconds, decay %2 seconds, sustain %3 percent, release %4 seconds")
-        .arg(seconds(m_attack), seconds(m_decay),
-             QString::asprintf("%.0f", double(m_sustain * 100)), seconds(m_releaseTime));
+        .arg(printed("%.2f", m_attack), printed("%.2f", m_decay), printed("%.0f", m_sustain * 100),
+             printed("%.2f", m_releaseTime));
 }
 
 std::array<float, 4> ADSRView::widths() const {
@@ -224,7 +229,7 @@ void ADSRView::paint(QPainter* painter) {
     static const QColor deep = QColor::fromRgbF(0.375f, 0.3f, 0.075f);
     static const QColor dim = QColor::fromRgbF(0.5f, 0.4f, 0.1f);
     static const QColor line = QColor::fromRgbF(1.0f, 0.8f, 0.2f);
-    const auto seconds = [](float time) { return QString::asprintf("%2.2fs", double(time)); };
+    const auto seconds = [](float time) { return printed("%2.2fs", time); };
     const auto [attackWidth, decayWidth, plateauWidth, releaseWidth] = widths();
 
     painter->setRenderHint(QPainter::Antialiasing);
@@ -235,7 +240,7 @@ void ADSRView::paint(QPainter* painter) {
     x = graphFrom(1, m_sustain, x, decayWidth, "◂ D ▸", seconds(m_decay), *painter);
     painter->setBrush(deep);
     x = graphFrom(m_sustain, m_sustain, x, plateauWidth, "◂ S ▸",
-                  QString::asprintf("%2.0f%%", double(m_sustain * 100)), *painter);
+                  printed("%2.0f%%", m_sustain * 100), *painter);
     painter->setBrush(dim);
     graphFrom(m_sustain, 0, x, releaseWidth, "◂ R ▸", seconds(m_releaseTime), *painter);
 }

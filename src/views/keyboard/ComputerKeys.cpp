@@ -66,7 +66,7 @@ void ComputerKeys::watch(QQuickWindow* window) {
 }
 
 bool ComputerKeys::eventFilter(QObject*, QEvent* event) {
-    if (losesInput(event->type()))
+    if (losesInput(*event, *m_window))
         releaseAll();
     else if (event->type() == QEvent::KeyPress)
         return keyPressed(*static_cast<QKeyEvent*>(event));

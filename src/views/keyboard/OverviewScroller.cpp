@@ -122,10 +122,12 @@ void OverviewScroller::ended(int finger) {
 
 void OverviewScroller::touchEvent(QTouchEvent* event) {
     event->accept();
+    if (event->type() == QEvent::TouchCancel)  // it may name the points as they were last
+        return touchUngrabEvent();
     const bool named = std::ranges::any_of(
         event->points(), [&](const QEventPoint& point) { return point.id() == m_finger; });
-    if (event->type() == QEvent::TouchCancel || (!named && m_finger != kMouse))
-        m_finger = kNone;  // cancelled, or gone without a word
+    if (!named && m_finger != kMouse)
+        m_finger = kNone;  // gone without a word
     for (const QEventPoint& point : event->points()) {
         const float x = single(point.position().x());
         if (point.state() == QEventPoint::Pressed)

@@ -278,8 +278,10 @@ void ScrollingKeyboardView::touchEvent(QTouchEvent* event) {
             m_fingers.moved(fingerOf(*event, point), point.position());
     }
     for (const QEventPoint& point : event->points()) {
-        if (point.state() == QEventPoint::Pressed)
-            m_fingers.began(fingerOf(*event, point), point.position());
+        const FingerId finger = fingerOf(*event, point);
+        // Where another finger is beside the view, Qt delivers a press twice.
+        if (point.state() == QEventPoint::Pressed && !m_fingers.isDown(finger))
+            m_fingers.began(finger, point.position());
     }
     setKeepTouchGrab(true);
 }
@@ -341,7 +343,7 @@ void ScrollingKeyboardView::watch(QQuickWindow* window) {
 }
 
 bool ScrollingKeyboardView::eventFilter(QObject*, QEvent* event) {
-    if (losesInput(event->type()))
+    if (losesInput(*event, *m_watched))
         releaseEverything();
     else if (event->type() == QEvent::TouchBegin || event->type() == QEvent::TouchUpdate ||
              event->type() == QEvent::TouchEnd)
@@ -349,14 +351,16 @@ bool ScrollingKeyboardView::eventFilter(QObject*, QEvent* event) {
     return false;
 }
 
-/// A touch event of the window names every finger that is on the screen. One that it does not name
-/// has gone without a word; one that another item has taken will not be told to us again.
+/// A touch event of the window names every finger that is on the screen. One that it does not name,
+/// or that is pressed anew, has gone without a word; one that another item has taken will not be
+/// told to us again.
 void ScrollingKeyboardView::dropLostFingers(const QTouchEvent& event) {
     m_fingers.cancelWhere([&](FingerId id) {
         if (id.device != event.device())
             return false;
         return std::ranges::none_of(event.points(), [&](const QEventPoint& point) {
-            return point.id() == id.number && event.exclusiveGrabber(point) == this;
+            return point.id() == id.number && point.state() != QEventPoint::Pressed &&
+                   event.exclusiveGrabber(point) == this;
         });
     });
 }

@@ -103,7 +103,7 @@ void HoldButton::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 bool HoldButton::eventFilter(QObject* watched, QEvent* event) {
-    if (losesInput(event->type()))
+    if (losesInput(*event, *m_watched))
         letGo();
     return QQuickItem::eventFilter(watched, event);
 }

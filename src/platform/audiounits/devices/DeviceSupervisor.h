@@ -29,7 +29,8 @@ class DeviceSupervisor final : public AudioDevice {
         std::chrono::milliseconds tick{100};       // how often a device's health is looked at
         std::chrono::milliseconds probe{1000};     // how often devices are looked for
         int silentTicks = 20;                      // without a call before a device counts as dead
-        std::chrono::milliseconds patience{2000};  // for starts and stops that may hang
+        std::chrono::milliseconds patience{2000};  // for a start that may hang
+        std::chrono::milliseconds stopPatience{600};   // for a stop; closing takes below a second
         std::chrono::milliseconds shortPatience{250};  // for a stop after the device has gone
     };
 

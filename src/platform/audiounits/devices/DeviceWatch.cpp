@@ -21,7 +21,7 @@ void DeviceWatch::end() {
     if (m_player.gate)
         m_player.gate->close();
     m_changed.notify_all();
-    const auto patience = m_index ? m_pace.patience : m_pace.shortPatience;
+    const auto patience = m_index ? m_pace.stopPatience : m_pace.shortPatience;
     const bool done = m_changed.wait_for(held, patience, [&] { return m_finished; });
     held.unlock();
     if (done)
