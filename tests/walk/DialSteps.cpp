@@ -27,7 +27,7 @@ constexpr Turn kTurns[] = {
     {"adsrSustain", 0.2f, kSounds},
     {"adsrDecay", 0.05f, kChanges},
     {"adsrSustain", 1, kChanges},
-    {"adsrRelease", 0.9f, kChanges},
+    {"adsrRelease", 0.9f, kSounds},
     {"adsrRelease", 0.05f, kChanges},
     {"adsrAttack", 0.2f, kChanges},
     {"adsrAttack", 0, kChanges},

@@ -45,7 +45,8 @@ void pickPreset(Walk& walk, const QString& name) {
 }
 
 void pickEveryGrainMode(Walk& walk) {
-    for (int mode = 6; mode >= 0; --mode) {
+    // "Linear" and "Bounce" differ only from the end of a sound on: not one after the other.
+    for (const int mode : {6, 5, 4, 3, 2, 0, 1}) {
         const std::string name(kGrainModes[std::size_t(mode)].name);
         walk.step("grain mode " + name, Walk::Effect::changes, [&] {
             walk.instrument().tap("grainModeButton");
