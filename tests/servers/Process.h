@@ -14,6 +14,7 @@ class Process {
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
 
+    pid_t id() const { return m_pid; }
     void signal(int number);
     /// Asks it to end (SIGTERM) and waits.
     void terminate();

@@ -9,10 +9,13 @@
 /// Records what the instrument plays through the JACK server, from beginning to end, into one file.
 class Ears {
   public:
-    /// Returns when it listens. `port` is what the instrument plays to.
-    Ears(std::string file, const std::string& port);
+    /// Returns when it records silence: `connect` to listen.
+    explicit Ears(std::string file);
 
-    /// Seconds since it began to listen.
+    /// Listens to a port as soon as it is there; false when it does not come within some seconds.
+    bool connect(const std::string& port);
+
+    /// Seconds heard so far: the server's own time, which falls behind on a busy machine.
     double now() const;
     /// Ends the recording; what was heard can be asked from then on.
     void close();
@@ -22,6 +25,5 @@ class Ears {
   private:
     std::string m_file;
     std::unique_ptr<Process> m_process;
-    double m_began;
     std::vector<float> m_frames;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,23 +12,38 @@
 /// and notes what is to be heard of it.
 class Walk {
   public:
-    /// Pictures go to `folder`.
-    Walk(InstrumentWindow& instrument, Ears& ears, std::string folder)
-        : m_instrument(instrument), m_ears(ears), m_folder(std::move(folder)) {}
+    /// Pictures go to `folder`. The instrument has to be opened first.
+    Walk(Ears& ears, std::string folder) : m_ears(ears), m_folder(std::move(folder)) {}
+
+    void open();
+    /// Ends the instrument as its user does.
+    void close() { m_instrument.reset(); }
+    InstrumentWindow& instrument() { return *m_instrument; }
+    OmbrixViewController& controller() { return m_instrument->controller(); }
+    Ears& ears() { return m_ears; }
 
     /// What is to be heard after a step, compared with the phrase before it.
-    enum class Effect { sounds, changes, anything };
+    enum class Effect { sounds, changes, stays };
 
-    /// Does something, waits until it has had its effect, plays the phrase, and takes a picture.
+    /// Does something, waits until it has had its effect, takes a picture, and plays the phrase.
     void step(const std::string& name, Effect effect, const std::function<void()>& action);
+    /// Does something that is not to be heard.
+    void show(const std::string& name, const std::function<void()>& action);
+    /// Something that must be true.
+    void expect(const std::string& what, bool truth);
+    /// The same, within some seconds.
+    void expectSoon(const std::string& what, const std::function<bool()>& truth);
+    void playPhrase();
+    /// A file holds what was to be heard between two moments of the ears.
+    void expectRecorded(const std::string& file, double from, double to);
+    /// Types into what has the focus.
+    void type(const QString& text);
+    /// A finger pulls a list until an item of it is seen.
+    void scrollTo(const QString& list, const QString& item);
+
     /// Says what was to be heard of each step; whether all is as it should be. After the ears have
     /// been closed.
     bool tell() const;
-    /// Something that must be true.
-    void expect(const std::string& what, bool truth);
-
-    InstrumentWindow& instrument() { return m_instrument; }
-    void picture(const std::string& name);
 
   private:
     struct Phrase {
@@ -36,12 +52,22 @@ class Walk {
         double from;  // seconds
         double to;
     };
-    void playPhrase();
+    struct Recorded {
+        std::string file;
+        double from;
+        double to;
+    };
+    bool tellRecorded(const Recorded& recorded) const;
+    /// Settings and takes start the audio device anew, which ends its connections.
+    void listenAgain();
+    void begin(const std::string& name, const std::function<void()>& action);
+    void picture(const std::string& name);
 
-    InstrumentWindow& m_instrument;
     Ears& m_ears;
     std::string m_folder;
+    std::unique_ptr<InstrumentWindow> m_instrument;
     std::vector<Phrase> m_phrases;
+    std::vector<Recorded> m_recorded;
     std::vector<std::string> m_failures;
     int m_pictures = 0;
 };

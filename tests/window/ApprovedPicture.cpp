@@ -54,7 +54,8 @@ testing::AssertionResult looksApproved(const QImage& picture, const std::string&
     const QString file = QString::fromStdString(name + ".png");
     const QString approved = QDir(OMBRIX_SCREENS).filePath(file);
     if (qEnvironmentVariableIsSet("OMBRIX_APPROVE"))
-        return picture.save(approved) ? testing::AssertionSuccess() : testing::AssertionFailure();
+        return picture.save(approved, nullptr, 0) ? testing::AssertionSuccess()
+                                                  : testing::AssertionFailure();
     const QImage wanted(approved);
     if (wanted.size() == picture.size() && difference(picture, wanted) <= kDifferentMost)
         return testing::AssertionSuccess();

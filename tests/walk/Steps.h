@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Walk.h"
+
+// Rooms of the walk. Each leaves the main screen as it found it: nothing open, no finger down.
+
+void turnEveryDial(Walk& walk);
+void dragTheEnvelope(Walk& walk);
+void pickEveryGrainMode(Walk& walk);
+void stepThroughPresets(Walk& walk);
+void pickPreset(Walk& walk, const QString& name);
+void keepAPreset(Walk& walk);
+void changeEverySetting(Walk& walk);
+/// `tone` is a sound file that the microphone is to hear.
+void recordATake(Walk& walk, const std::string& tone);
+void recordAPerformance(Walk& walk);
+void followTheTutorial(Walk& walk);
+void startAgain(Walk& walk);

@@ -1,0 +1,183 @@
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "ApprovedPicture.h"
+#include "InstrumentWindow.h"
+#include "JackServer.h"
+#include "ScratchFolder.h"
+#include "SoundFiles.h"
+#include "audiounits/devices/AudioDevices.h"
+
+namespace {
+
+constexpr double kFaded = 0.6;  // seconds after which nothing moves
+
+/// Each screen as it opens, beside its approved picture. The sound goes nowhere, and the pointer is
+/// not in the pictures.
+class ScreensTest : public testing::Test {
+  protected:
+    void open(const std::string& device = "clock") {
+        std::string error;
+        ASSERT_TRUE(AudioDevices::choose(device, error)) << error;
+        m_instrument = std::make_unique<InstrumentWindow>(QSize(1280, 800));
+        m_instrument->window().requestActivate();
+        ASSERT_TRUE(m_instrument->comesTo([this] { return m_instrument->window().isActive(); }));
+        ASSERT_TRUE(m_instrument->comesTo([this] { return !controller().arriving(); }));
+        controller().presetBar()->choose("Default Sound");
+        ASSERT_TRUE(m_instrument->comesTo([this] { return !controller().arriving(); }));
+        controller().notices()->close();
+        m_instrument->pass(kFaded);
+    }
+    void close() { m_instrument.reset(); }
+    InstrumentWindow& instrument() { return *m_instrument; }
+    OmbrixViewController& controller() { return m_instrument->controller(); }
+
+    void tap(const QString& button) {
+        m_instrument->tap(button);
+        m_instrument->pass(kFaded);
+    }
+    void type(const QString& text) {
+        for (const QChar letter : text)
+            QTest::sendKeyEvent(QTest::Click, &m_instrument->window(), Qt::Key_unknown, letter, {});
+        m_instrument->pass(kFaded);
+    }
+    void closeTop() {
+        controller().closeTop();
+        m_instrument->pass(kFaded);
+    }
+    void expectLook(const std::string& name) {
+        EXPECT_TRUE(looksApproved(m_instrument->picture(), name));
+    }
+
+  private:
+    std::unique_ptr<InstrumentWindow> m_instrument;
+};
+
+}  // namespace
+
+TEST_F(ScreensTest, main) {
+    open();
+    expectLook("main");
+    instrument().window().resize(1024, 700);
+    instrument().pass(kFaded);
+    expectLook("main-small");
+}
+
+TEST_F(ScreensTest, presets) {
+    open();
+    tap("presetButton");
+    expectLook("presets");
+    type("gla");
+    expectLook("presets-search");
+    closeTop();
+    tap("saveButton");
+    type("My Own");
+    expectLook("save");
+    instrument().tap("performSaveButton");
+    instrument().pass(kFaded);
+    tap("deleteButton");
+    expectLook("delete");
+}
+
+TEST_F(ScreensTest, grainModes) {
+    open();
+    tap("grainModeButton");
+    expectLook("grain-modes");
+}
+
+TEST_F(ScreensTest, settings) {
+    open();
+    tap("settingsButton");
+    ASSERT_TRUE(instrument().comesTo([this] { return !controller().audio()->looking(); }));
+    instrument().pass(kFaded);
+    expectLook("settings");
+    instrument().window().resize(1024, 700);
+    instrument().pass(kFaded);
+    QQuickItem& list = instrument().item("settingsList");
+    list.setProperty("contentY", list.property("contentHeight").toReal() - list.height());
+    instrument().pass(kFaded);
+    expectLook("settings-below");
+}
+
+TEST_F(ScreensTest, playing) {
+    open();
+    Fingers& fingers = instrument().fingers();
+    QQuickItem& keyboard = instrument().item("keyboard");
+    controller().notices()->tell("The sound device was lost for a moment; playing through jack.");
+    for (int finger = 0; finger < 3; ++finger)
+        fingers.press(finger, instrument().placeOf(keyboard, 0.3 + 0.12 * finger, 0.85));
+    QQuickItem& dial = instrument().item("filterCutoffDial");
+    const QPoint knob = dial.mapToScene({dial.width() / 2, 40}).toPoint();
+    fingers.press(3, knob);
+    fingers.move(3, knob - QPoint(0, 30));
+    instrument().pass(kFaded);
+    expectLook("playing");
+    for (int finger = 0; finger < 4; ++finger)
+        fingers.release(finger);
+}
+
+TEST_F(ScreensTest, recorded) {
+    open();
+    controller().sharing()->performanceComplete("performance.wav");
+    instrument().pass(kFaded);
+    expectLook("recorded");
+}
+
+TEST_F(ScreensTest, take) {
+    JackServer server;
+    server.start();
+    open("jack");
+    const QPoint microphone = instrument().placeOf(instrument().item("microphoneButton"));
+    instrument().fingers().press(0, microphone);
+    instrument().pass(kFaded);
+    expectLook("take");
+    instrument().fingers().release(0);
+    close();
+}
+
+TEST_F(ScreensTest, nothingHeard) {
+    open();
+    Q_EMIT controller().take()->alert("No Audio Recorded",
+                                      "To record audio to use as a new instrument, hold the "
+                                      "microphone button down, and release it to end recording.",
+                                      "OK");
+    instrument().pass(kFaded);
+    expectLook("nothing-heard");
+}
+
+TEST_F(ScreensTest, afterACrash) {
+    // As a run leaves it that did not end.
+    const std::filesystem::path data = std::getenv("OMBRIX_DATA");
+    std::filesystem::create_directories(data);
+    std::ofstream marker(data / ".running.marker");
+    open();
+    expectLook("crash");
+}
+
+TEST_F(ScreensTest, loading) {
+    open();
+    ScratchFolder folder;
+    const std::string file = folder.file("A Long Night.wav");
+    constexpr std::uint32_t kBytes = 200'000'000;
+    SoundFiles::write(file, SoundFiles::wav({.rate = 48000, .channels = 2, .claim = kBytes}, ""));
+    std::filesystem::resize_file(file, kBytes + 44);
+    controller().openFiles({QString::fromStdString(file)});
+    ASSERT_TRUE(instrument().comesTo([this] { return controller().wave()->loading(); }));
+    instrument().pass(0.05);
+    expectLook("loading");
+    instrument().tap("cancelLoadingButton");
+    EXPECT_TRUE(instrument().comesTo([this] { return !controller().wave()->loading(); }));
+}
+
+TEST_F(ScreensTest, tutorial) {
+    open();
+    tap("helpButton");
+    expectLook("tutorial");
+    tap("tutorialNextButton");
+    tap("tutorialNextButton");
+    expectLook("tutorial-dial");
+}
