@@ -16,7 +16,8 @@ constexpr auto kChanges = Walk::Effect::changes;
 constexpr auto kSounds = Walk::Effect::sounds;
 
 /// In an order in which each matters: depths before frequencies, a level that is held before what
-/// leads to it, a filter half closed before what it rings with, a delay before what it repeats.
+/// leads to it, releases without an echo, a filter half closed before what it rings with, a delay
+/// before what it repeats.
 constexpr Turn kTurns[] = {
     {"grainSpeed", 0.9f, kChanges},
     {"grainSize", 0.1f, kChanges},
@@ -24,6 +25,8 @@ constexpr Turn kTurns[] = {
     {"fmFrequency", 0, kChanges},
     {"preamp", 0.1f, kChanges},
     {"preamp", 0.4f, kChanges},
+    {"echoDelay", 0, kSounds},
+    {"echoFeedback", 0, kSounds},
     {"adsrSustain", 0.2f, kSounds},
     {"adsrDecay", 0.05f, kChanges},
     {"adsrSustain", 1, kChanges},
