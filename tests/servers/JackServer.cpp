@@ -17,7 +17,7 @@ namespace {
 
 /// Milliseconds after which the server drops a client that does not answer: on a busy machine half
 /// a second, its own choice, is soon over.
-constexpr const char* kPatience = "20000";
+constexpr const char* kPatience = "1000";
 
 /// A /dev/shm that goes with this process and its children. JACK's registry lies there, which has
 /// room for eight servers and keeps those that were killed. Where the system refuses, it is shared.
