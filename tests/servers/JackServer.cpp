@@ -15,10 +15,6 @@
 
 namespace {
 
-/// Milliseconds after which the server drops a client that does not answer: on a busy machine half
-/// a second, its own choice, is soon over.
-constexpr const char* kPatience = "1000";
-
 /// A /dev/shm that goes with this process and its children. JACK's registry lies there, which has
 /// room for eight servers and keeps those that were killed. Where the system refuses, it is shared.
 bool useOwnSharedMemory() {
@@ -56,10 +52,10 @@ JackServer::~JackServer() {
     }
 }
 
-void JackServer::start(int rate, int periodFrames) {
+void JackServer::start(int rate, int periodFrames, int patience) {
     m_process = std::make_unique<Process>(std::vector<std::string>{
-        "jackd", "-r", "--no-mlock", "-t", kPatience, "-n", m_name, "-d", "dummy", "-r",
-        std::to_string(rate), "-p", std::to_string(periodFrames), "-C", "1", "-P", "2"});
+        "jackd", "-r", "--no-mlock", "-t", std::to_string(patience), "-n", m_name, "-d", "dummy",
+        "-r", std::to_string(rate), "-p", std::to_string(periodFrames), "-C", "1", "-P", "2"});
     if (runProgram({"jack_wait", "-s", m_name, "-w", "-t", "20"}) != 0)
         throw std::runtime_error("the JACK server did not start");
 }

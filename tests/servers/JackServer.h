@@ -12,8 +12,9 @@ class JackServer {
     JackServer();
     ~JackServer();
 
-    /// Returns when it answers. Two loudspeakers, one microphone.
-    void start(int rate = 44100, int periodFrames = 512);
+    /// Returns when it answers. Two loudspeakers, one microphone. `patience` is milliseconds after
+    /// which it drops a client that does not answer.
+    void start(int rate = 44100, int periodFrames = 512, int patience = 1000);
     Process& process() { return *m_process; }
 
     /// Records the ports of a client for some seconds: `ports` interleaved channels.

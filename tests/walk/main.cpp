@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
         return std::fputs("walk FOLDER\n", stderr), 2;
     std::filesystem::create_directories(argv[1]);
     JackServer server;
-    server.start(44100, 256);
+    server.start(44100, 256, 20000);
     const WindowSession session(1400, 900);
     std::string error;
     AudioDevices::choose("jack", error);
