@@ -37,7 +37,11 @@ function(ombrix_moc target)
     file(WRITE ${list} "${sources}")
     file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
   endif()
+  set_target_properties(${target} PROPERTIES AUTOMOC ON)
   # The headers of Qt take most of the time of a compilation: builds that only run tests read them
-  # for several sources at once.
-  set_target_properties(${target} PROPERTIES AUTOMOC ON UNITY_BUILD ${OMBRIX_UNITY})
+  # for several sources of a library at once.
+  get_target_property(type ${target} TYPE)
+  if(OMBRIX_UNITY AND type STREQUAL STATIC_LIBRARY)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+  endif()
 endfunction()
