@@ -98,7 +98,7 @@ std::vector<AudioDeviceInfo> PulseDevice::listInputs() {
     if (!connection)
         return {};
     auto all = infosOf(connection->sources(), connection->defaults().source);
-    std::ranges::stable_partition(all, std::not_fn(isMonitor));
+    std::stable_partition(all.begin(), all.end(), std::not_fn(isMonitor));
     return all;
 }
 
