@@ -37,10 +37,13 @@ class WaveState : public QObject, private WaveLoadingDelegate {
     Q_INVOKABLE void cancel() { m_sounds.cancel(); }
 
     void update() { Q_EMIT waveChanged(); }
+    void updateEdited() { Q_EMIT waveEdited(); }
 
   Q_SIGNALS:
     /// Another sound is in use: show all of it.
     void waveChanged();
+    /// The sound in use was edited: show the same stretch of it, as far as there is one.
+    void waveEdited();
     void loadingChanged();
     void progressChanged();
 
