@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "VornWaveSequence.h"
+#include "audition/Audition.h"
 #include "runloop/Clock.h"
 
 namespace {
@@ -17,7 +18,8 @@ std::uint32_t unsignedFrame(int frame) {
 
 }  // namespace
 
-WaveHearing::WaveHearing(const WaveSelection* selection) : m_selection(selection) {}
+WaveHearing::WaveHearing(const WaveSelection* selection)
+    : m_selection(selection), m_audition(std::make_unique<Audition>()) {}
 
 WaveHearing::~WaveHearing() {
     RunLoop::main().cancel(m_looks);
@@ -29,7 +31,7 @@ int WaveHearing::length() const {
 
 void WaveHearing::setSound(Sound sound) {
     stop();
-    m_audition.letGo();
+    m_audition->letGo();
     m_sound = std::move(sound);
 }
 
@@ -49,7 +51,7 @@ void WaveHearing::playFrom(int frame, int to) {
     const int end = endFor(frame, to);
     // From the sound's first frame on, so that positions are those of the sound.
     const Sound heard = end < length() ? m_sound->sliceFrom(0, unsignedFrame(end)) : m_sound;
-    m_audition.play(heard, {.from = unsignedFrame(frame), .gain = kGain});
+    m_audition->play(heard, {.from = unsignedFrame(frame), .gain = kGain});
     m_head.begin(frame, Clock::monotonic());
     if (!m_looks)
         m_looks = RunLoop::main().callEvery(kLookSeconds, [this] { look(); });
@@ -57,8 +59,8 @@ void WaveHearing::playFrom(int frame, int to) {
 }
 
 void WaveHearing::look() {
-    const bool running = m_audition.isPlaying();
-    const double rendered = m_audition.position();
+    const bool running = m_audition->isPlaying();
+    const double rendered = m_audition->position();
     const double head = m_head.follow(rendered, Clock::monotonic());
     // What was rendered last is still on its way to the ear.
     if (!running && head >= rendered)
@@ -73,13 +75,13 @@ void WaveHearing::ended() {
 
 void WaveHearing::stop() {
     m_scrubbing = false;
-    m_audition.stop();
+    m_audition->stop();
     ended();
 }
 
 void WaveHearing::beginScrub() {
     stop();
-    m_audition.scrub(m_sound, kGain);
+    m_audition->scrub(m_sound, kGain);
     m_scrubbing = true;
 }
 
@@ -89,7 +91,7 @@ void WaveHearing::scrubTo(int frame) {
     if (!m_scrubbing)
         beginScrub();
     frame = std::clamp(frame, 0, length() - 1);
-    m_audition.scrubTo(frame);
+    m_audition->scrubTo(frame);
     show(false, frame);
 }
 

@@ -3,10 +3,12 @@
 #include <QObject>
 #include <memory>
 
-#include "audition/Audition.h"
+#include "WaveAccess.h"
 #include "audition/PlayHead.h"
 #include "runloop/RunLoop.h"
 #include "screens/WaveSelection.h"
+
+class Audition;
 
 /// Lets the sound in use be heard from the wave view, beside what is played on the keys: from a
 /// place on, or scrubbed under a finger. The play head moves 60 times a second while it plays;
@@ -55,7 +57,7 @@ class WaveHearing : public QObject {
     void show(bool playing, double playHead);
 
     const WaveSelection* m_selection;
-    Audition m_audition;
+    std::unique_ptr<Audition> m_audition;
     Sound m_sound;
     PlayHead m_head;
     bool m_playing = false;
