@@ -258,7 +258,10 @@ void EditSession::keep() {
     if (m_waves.currentWaveFilename())
         return m_unsaved->forgetLater();
     m_unsaved->storeLater(m_waves.currentWave(),
-                          [this](const std::string& line) { m_delegate->editingTold(line); });
+                          [this, alive = std::weak_ptr(m_alive)](const std::string& line) {
+                              if (!alive.expired())
+                                  m_delegate->editingTold(line);
+                          });
 }
 
 void EditSession::discard(std::vector<EditState> states) {

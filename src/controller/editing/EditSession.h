@@ -93,4 +93,5 @@ class EditSession {
     EditWorker m_joining{4};  // files may hang
     EditWorker m_flattening;
     OldSounds m_old;
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);  // for who may answer later
 };
