@@ -12,10 +12,13 @@ class ManualClock final : public TimeSource {
 
     /// Lets seconds pass one by one, each with a turn of the main thread's loop.
     void pass(int seconds) {
-        for (int i = 0; i < seconds; ++i) {
-            m_now += 1.0;
-            RunLoop::main().turn();
-        }
+        for (int i = 0; i < seconds; ++i)
+            step(1.0);
+    }
+    /// Lets that much time pass at once.
+    void step(double seconds) {
+        m_now += seconds;
+        RunLoop::main().turn();
     }
 
   private:

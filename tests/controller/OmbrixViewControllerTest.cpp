@@ -220,6 +220,57 @@ TEST_F(OmbrixViewControllerTest, filesAreOpenedByWhatTheyHold) {
     end();
 }
 
+TEST_F(OmbrixViewControllerTest, whatIsSelectedAndHeardFollowsTheSoundInUse) {
+    start();
+    WaveSelection& selection = *controller().selection();
+    WaveHearing& hearing = *controller().hearing();
+    WaveChoice& waves = controller().instrument().waves();
+    int notices = 0;
+    const auto observer = NotificationCentre::defaultCentre().addObserver(
+        "com.quaddle.waveview.selection", [&] { ++notices; });
+    const int length = static_cast<int>(controller().wave()->wave()->sampleCount());
+    EXPECT_EQ(selection.length(), length);
+    EXPECT_TRUE(selection.everything());
+    selection.select(length + 5, -3);
+    EXPECT_EQ(notices, 0) << "all of it still";
+    selection.select(900, 300);
+    EXPECT_EQ(notices, 1);
+
+    const auto shorten = [&](int frames, bool edited) {
+        waves.useUnsaved(waves.currentWave()->sliceFrom(0, unsigned(frames))->flattenInto("", 1));
+        edited ? controller().wave()->updateEdited() : controller().wave()->update();
+    };
+    const auto isHeard = [&] {
+        hearing.playFrom(0);
+        return hearing.playing();
+    };
+    ASSERT_TRUE(isHeard());
+    shorten(500, true);
+    EXPECT_FALSE(hearing.playing());
+    EXPECT_EQ(selection.start(), 300);
+    EXPECT_EQ(selection.stop(), 500);
+    shorten(200, true);
+    EXPECT_EQ(selection.start(), 200);
+    EXPECT_EQ(selection.stop(), 200);
+    shorten(150, false);
+    EXPECT_TRUE(selection.everything());
+    shorten(100, true);
+    EXPECT_TRUE(selection.everything()) << "all stays all";
+    ASSERT_TRUE(isHeard());
+    controller().silence();
+    EXPECT_FALSE(hearing.playing());
+    ASSERT_TRUE(isHeard());
+    controller().performance()->toolbarRecordClicked();
+    EXPECT_TRUE(hearing.playing());
+    controller().tinkleIvory(40);
+    EXPECT_FALSE(hearing.playing()) << "it is not in the recording";
+    ASSERT_TRUE(isHeard());
+    controller().take()->waveRecordDown();
+    EXPECT_FALSE(hearing.playing()) << "the microphone would hear it";
+    NotificationCentre::defaultCentre().removeObserver(observer);
+    end();
+}
+
 TEST_F(OmbrixViewControllerTest, whatSoundsIsSeenAndThenNothingRuns) {
     start();
     VoicesState& voices = *controller().voices();

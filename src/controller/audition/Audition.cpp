@@ -84,6 +84,12 @@ void Audition::stop() {
     m_scrubber.stop();
 }
 
+void Audition::letGo() {
+    stop();
+    m_player.setSequence(nullptr);
+    m_scrubber.setSequence(nullptr);
+}
+
 void Audition::forgetLoading() {
     if (m_loading != 0)
         RunLoop::main().cancel(std::exchange(m_loading, 0));

@@ -52,6 +52,8 @@ class Audition {
     void scrubTo(std::int32_t frame) { m_scrubber.scrubTo(frame); }
     /// Ends all that is heard, and forgets a file that is being loaded.
     void stop();
+    /// The same, and keeps no sound any longer than a render may read it.
+    void letGo();
 
     bool isPlaying() const { return m_player.isPlaying(); }
     bool isScrubbing() const { return m_scrubber.isSounding(); }

@@ -1,5 +1,7 @@
 #include "screens/OmbrixViewController.h"
 
+#include <utility>
+
 #include "folders/Folders.h"
 #include "screens/TutorialPages.h"
 #include "startup/CrashAlert.h"
@@ -65,6 +67,7 @@ void OmbrixViewController::initialiseViews() {
     m_wave = std::make_unique<WaveState>(m_instrument->waves(), *m_sounds, tell);
     m_files = std::make_unique<FileOpening>(*m_settings, *m_store, tell);
     m_deviceNews = std::make_unique<DeviceNews>(tell);
+    initialiseHearing();
     initialiseRecording();
     initialiseAudioSetup();
     if (m_marker->previousRunCrashed())
@@ -95,6 +98,21 @@ void OmbrixViewController::internalSettingsChanged() {
     m_settings->internalSettingsChanged();
 }
 
+void OmbrixViewController::initialiseHearing() {
+    m_hearing = std::make_unique<WaveHearing>(m_selection.get());
+    const auto frames = [this] {
+        return m_wave->wave() ? static_cast<int>(m_wave->wave()->sampleCount()) : 0;
+    };
+    connect(m_wave.get(), &WaveState::waveChanged, this, [this, frames] {
+        m_hearing->setSound(m_wave->wave());
+        m_selection->reset(frames());
+    });
+    connect(m_wave.get(), &WaveState::waveEdited, this, [this, frames] {
+        m_hearing->setSound(m_wave->wave());
+        m_selection->resize(frames());
+    });
+}
+
 void OmbrixViewController::initialiseRecording() {
     m_takeScreen = std::make_unique<TakeScreen>(*m_take);
     m_performanceScreen = std::make_unique<PerformanceScreen>(*m_performance);
@@ -105,6 +123,14 @@ void OmbrixViewController::initialiseRecording() {
     connect(m_takeScreen.get(), &TakeScreen::alert, this,
             [this](const QString& title, const QString& message, const QString& button) {
                 m_alert->show({0, title, message, button, {}, false}, {});
+            });
+    // The microphone would hear it.
+    connect(m_takeScreen.get(), &TakeScreen::recordingChanged, m_hearing.get(), &WaveHearing::stop);
+    connect(m_performanceScreen.get(), &PerformanceScreen::changed, m_hearing.get(),
+            [this, before = false]() mutable {
+                const bool now = m_performanceScreen->recording();
+                if (!std::exchange(before, now) && now)
+                    m_hearing->stop();
             });
     connect(m_takeScreen.get(), &TakeScreen::taken, this, [this] {
         m_wave->update();
@@ -118,7 +144,7 @@ void OmbrixViewController::initialiseRecording() {
 }
 
 void OmbrixViewController::initialiseAudioSetup() {
-    m_audio->setHost([this] { m_instrument->silence(); }, [this] { return m_take->recording(); });
+    m_audio->setHost([this] { silence(); }, [this] { return m_take->recording(); });
     connect(m_presentation.get(), &Presentation::changed, m_audio.get(),
             [this] { m_audio->setShown(m_presentation->content() == m_settingsController.get()); });
 }
@@ -133,6 +159,7 @@ void OmbrixViewController::untinkleIvory(int key) {
 
 void OmbrixViewController::silence() {
     m_instrument->silence();
+    m_hearing->stop();
 }
 
 void OmbrixViewController::toolbarPresetClicked() {

@@ -23,6 +23,8 @@
 #include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
+#include "screens/WaveHearing.h"
+#include "screens/WaveSelection.h"
 #include "screens/WaveState.h"
 #include "screens/iPadTutorialManager.h"
 #include "startup/InstanceLock.h"
@@ -40,6 +42,8 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(PresetBar* presetBar READ presetBar CONSTANT)
     Q_PROPERTY(VoicesState* voices READ voices CONSTANT)
     Q_PROPERTY(WaveState* wave READ wave CONSTANT)
+    Q_PROPERTY(WaveSelection* selection READ selection CONSTANT)
+    Q_PROPERTY(WaveHearing* hearing READ hearing CONSTANT)
     Q_PROPERTY(TakeScreen* take READ take CONSTANT)
     Q_PROPERTY(PerformanceScreen* performance READ performance CONSTANT)
     Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
@@ -64,6 +68,8 @@ class OmbrixViewController : public QObject,
     PresetBar* presetBar() { return m_presetBar.get(); }
     VoicesState* voices() { return m_voices.get(); }
     WaveState* wave() { return m_wave.get(); }
+    WaveSelection* selection() { return m_selection.get(); }
+    WaveHearing* hearing() { return m_hearing.get(); }
     TakeScreen* take() { return m_takeScreen.get(); }
     PerformanceScreen* performance() { return m_performanceScreen.get(); }
     Sharing* sharing() { return m_sharing.get(); }
@@ -129,6 +135,7 @@ class OmbrixViewController : public QObject,
     void initialiseAudio();
     void initialiseSettings();
     void initialiseViews();
+    void initialiseHearing();
     bool isAlive() const { return m_lifecycle && !m_terminated; }
     void observe();
     void askAfterCrash();
@@ -158,6 +165,8 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<RunningMarker> m_marker;
     std::unique_ptr<UnsavedTake> m_unsaved;
     std::unique_ptr<Instrument> m_instrument;
+    std::unique_ptr<WaveSelection> m_selection = std::make_unique<WaveSelection>();
+    std::unique_ptr<WaveHearing> m_hearing;  // stops the engine: goes just before the instrument
     std::unique_ptr<WaveLoading> m_sounds;
     std::unique_ptr<PresetStore> m_store;
     std::unique_ptr<Settings> m_settings;

@@ -62,6 +62,20 @@ struct WaveStateForeign {
     QML_UNCREATABLE("is given")
 };
 
+struct WaveSelectionForeign {
+    Q_GADGET
+    QML_FOREIGN(WaveSelection)
+    QML_NAMED_ELEMENT(WaveSelection)
+    QML_UNCREATABLE("is given")
+};
+
+struct WaveHearingForeign {
+    Q_GADGET
+    QML_FOREIGN(WaveHearing)
+    QML_NAMED_ELEMENT(WaveHearing)
+    QML_UNCREATABLE("is given")
+};
+
 struct TakeScreenForeign {
     Q_GADGET
     QML_FOREIGN(TakeScreen)
