@@ -14,6 +14,8 @@ namespace {
 constexpr double kTileWidth = 1024;        // points
 constexpr double kWrapLeft = -512;         // points; a tile that ends left of it comes in again
 constexpr double kWrapRight = 1536;        // and one of three that begins right of this
+constexpr double kSparePoints = 256;       // of a wide strip, beyond the view
+constexpr double kLackingPoints = 64;      // at the most, of a strip of three
 constexpr std::int64_t kLeastTiles = 3;    // of a strip
 constexpr std::int32_t kSpareTiles = 3;    // in the pool
 constexpr double kRefreshDelay = 0.00001;  // s: what one turn of the loop asks for is one
@@ -197,8 +199,8 @@ void WaveTiles::task(BackgroundWorker&, const std::shared_ptr<BackgroundWorkerTa
                      bool finished) {
     const auto tile = std::static_pointer_cast<WaveTileLayer>(task);
     std::erase(m_gathering, tile);
+    m_cancelledInVain = m_cancelledInVain && isGathering();
     if (finished) {
-        m_cancelledInVain = false;
         tile->setName(WaveTileLayer::pendingRender);
         tile->setPendingSince(Clock::now());
         waveTileRegenerated(tile);
@@ -294,7 +296,6 @@ void WaveTiles::recycle(const Tile& tile) {
 }
 
 void WaveTiles::wrapTiles() {
-    const double farRight = kWrapRight + double(m_tiles - kLeastTiles) * kTileWidth;
     struct Stretch {
         std::int64_t start, stop;
     };
@@ -302,7 +303,7 @@ void WaveTiles::wrapTiles() {
     for (const Tile& tile : tilesNamed(WaveTileLayer::normal)) {
         const TileFrame& frame = tile->frame();
         const bool isLeft = frame.x + frame.width < kWrapLeft;
-        if (!isLeft && frame.x <= farRight)
+        if (!isLeft && frame.x <= kWrapRight + double(m_tiles - kLeastTiles) * frame.width)
             continue;
         const std::int64_t frames = std::int64_t{tile->stop()} - tile->start();
         const std::int64_t start = tile->start() + (isLeft ? m_tiles : -m_tiles) * frames;
@@ -357,11 +358,14 @@ std::int64_t WaveTiles::span() const {
     return std::max<std::int64_t>(std::int64_t(shown * kTileWidth / m_width), 1);
 }
 
-/// The strip reaches at least 512 points beyond the view on one side when a tile on the other one
-/// goes, to the point.
+/// As many as still cover the view when all but one of them reach no further left than where a
+/// tile comes in again. Three do up to 1536 points, but for what whole frames fall short of them;
+/// wider views have some to spare, so that the one that comes in is there before it is seen.
 std::int64_t WaveTiles::tilesFor(std::int64_t frames) const {
     const double tileWidth = double(frames) * pointsPerFrame();
-    return std::max(kLeastTiles, 1 + std::int64_t(std::ceil((m_width + 511) / tileWidth)));
+    const double spare = m_width > kWrapRight ? kSparePoints : -kLackingPoints;
+    const double others = std::ceil((m_width + spare - kWrapLeft) / tileWidth);
+    return std::max(kLeastTiles, 1 + std::int64_t(others));
 }
 
 bool WaveTiles::coversView() const {
