@@ -15,6 +15,7 @@
 #include "artwork/Artwork.h"
 #include "log/Log.h"
 #include "main/MainWindow.h"
+#include "main/QtManners.h"
 #include "runloop/Clock.h"
 #include "screens/MainLoop.h"
 #include "screens/OmbrixAppDelegate.h"
@@ -70,8 +71,8 @@ int run(int argc, char** argv) {
     if (const auto code = line.read({argv, static_cast<std::size_t>(argc)}))
         return *code;
     QtMessages::listen();
-    qputenv("QML_NO_TOUCH_COMPRESSION", "1");  // a glissando plays every key at once
-    int ownArguments = argc > 0 ? 1 : 0;       // the rest is ours, none of it Qt's
+    QtManners::settle();
+    int ownArguments = argc > 0 ? 1 : 0;  // the rest is ours, none of it Qt's
     QGuiApplication application(ownArguments, argv);
     QtMessages::started();
     beginAnewWithoutSeat(argv);

@@ -24,16 +24,17 @@ QByteArray pastedElsewhere(const QString& format) {
     return xclip.readAllStandardOutput();
 }
 
-/// Another program puts a file's content on the clipboard.
+/// Another program puts a file's content on the clipboard. The claim is told a moment later; what
+/// was looked at before that may still be the content of before.
 void copyElsewhere(const QString& format, const std::string& path) {
+    bool told = false;
+    const QObject listener;
+    QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &listener,
+                     [&told] { told = true; });
     QProcess::execute(
         "xclip", {"-selection", "clipboard", "-i", "-t", format, QString::fromStdString(path)});
-    QEventLoop loop;
-    if (!QGuiApplication::clipboard()->mimeData()->hasFormat(format)) {
-        QObject::connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, &loop,
-                         &QEventLoop::quit);
-        loop.exec();
-    }
+    while (!told)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 QByteArray bytes(const std::string& text) {

@@ -229,7 +229,7 @@ TEST_F(ADSRViewTest, drawsBarsUnderALine) {
     EXPECT_FALSE(lit(picture, 46, 80));
     EXPECT_FALSE(lit(picture, 47, 80));
     EXPECT_FALSE(lit(picture, 45, 10)) << "above the attack's level";
-    EXPECT_TRUE(lit(picture, 30, 50) && lit(picture, 31, 49)) << "the attack's line";
+    EXPECT_TRUE(lit(picture, 11, 80) && lit(picture, 13, 77)) << "the attack's line";
     EXPECT_TRUE(lit(picture, 140, 50) && lit(picture, 142, 50)) << "the plateau's line";
     EXPECT_EQ(picture.pixelColor(45, 90).name(), "#604d13");
     EXPECT_EQ(picture.pixelColor(90, 90).name(), "#80661a");

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QTest>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,8 +12,24 @@
 #include "ScratchFolder.h"
 #include "SoundFiles.h"
 #include "audiounits/devices/AudioDevices.h"
+#include "wave/WaveView2.h"
 
 namespace {
+
+/// Struck ten times in 20 seconds, the last ones louder.
+std::vector<std::int16_t> bells() {
+    std::vector<std::int16_t> samples;
+    for (int frame = 0; frame < 20 * 44100; ++frame) {
+        const double seconds = frame / 44100.;
+        const double since = std::fmod(seconds, 2);
+        const double loud = (0.45 + 0.025 * seconds) * std::exp(-2.5 * since);
+        double tone = 0;
+        for (const double partial : {1., 2.76, 5.4, 8.93})
+            tone += std::sin(2 * M_PI * 220 * partial * since) / partial;
+        samples.push_back(std::int16_t(std::lround(22000 * loud * tone / 1.2)));
+    }
+    return samples;
+}
 
 constexpr double kFaded = 0.6;  // seconds after which nothing moves
 
@@ -171,6 +188,29 @@ TEST_F(ScreensTest, loading) {
     expectLook("loading");
     instrument().tap("cancelLoadingButton");
     EXPECT_TRUE(instrument().comesTo([this] { return !controller().wave()->loading(); }));
+}
+
+TEST_F(ScreensTest, waveAtFiveZooms) {
+    open();
+    ScratchFolder folder;
+    const std::string file = folder.file("Bells.wav");
+    SoundFiles::write(file, SoundFiles::wav({}, SoundFiles::bytes(bells())));
+    controller().openFiles({QString::fromStdString(file)});
+    ASSERT_TRUE(instrument().comesTo([this] { return controller().wave()->name() == "Bells"; }));
+    auto& view = static_cast<WaveView2&>(instrument().item("waveView"));
+    constexpr int kFrom = 265'000;
+    const std::pair<const char*, int> zooms[] = {{"wave-all", 20 * 44100},
+                                                 {"wave-seconds", 3 * 44100},
+                                                 {"wave-milliseconds", 4410},
+                                                 {"wave-samples", 300},
+                                                 {"wave-16", 16}};
+    for (const auto& [name, frames] : zooms) {
+        const int from = frames > kFrom ? 0 : kFrom;
+        view.setViewFrom(from, from + frames, int(WaveUpdate::refresh));
+        ASSERT_TRUE(instrument().comesTo([&] { return view.tiles().complete(); })) << name;
+        instrument().pass(kFaded);
+        expectLook(name);
+    }
 }
 
 TEST_F(ScreensTest, tutorial) {

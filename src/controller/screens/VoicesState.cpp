@@ -65,18 +65,24 @@ void VoicesState::rest() {
     m_looking = 0;
 }
 
-void VoicesState::lookAtVoices() {
-    QList<int> stages;
+QList<float> VoicesState::headsNow() const {
     QList<float> heads;
     for (unsigned i = 0; i < kVoiceCount; ++i) {
-        stages.append(m_instrument.voices().envelopes[i]->state().triggered);
+        if (m_instrument.voices().envelopes[i]->state().triggered == 0)
+            continue;
         const GrainNoteData& note = *m_instrument.voices().synths[i]->note();
-        if (stages.last() != 0)
-            heads.append({note.heads[0], note.heads[1]});
+        heads.append({note.heads[0], note.heads[1]});
     }
+    return heads;
+}
+
+void VoicesState::lookAtVoices() {
+    QList<int> stages;
+    for (unsigned i = 0; i < kVoiceCount; ++i)
+        stages.append(m_instrument.voices().envelopes[i]->state().triggered);
     if (change(m_stages, stages))
         Q_EMIT stagesChanged();
-    if (change(m_heads, heads))
+    if (change(m_heads, headsNow()))
         Q_EMIT headsChanged();
 }
 

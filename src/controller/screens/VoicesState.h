@@ -34,6 +34,8 @@ class VoicesState : public QObject, private NotesDelegate {
     /// Both read positions of each voice that does not rest, one behind the other, in samples of
     /// the sound.
     QList<float> heads() const { return m_heads; }
+    /// The same read this very moment, for what is drawn with every frame; at most one buffer old.
+    QList<float> headsNow() const;
 
   Q_SIGNALS:
     void stagesChanged();

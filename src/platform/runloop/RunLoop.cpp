@@ -7,8 +7,9 @@
 #include "runloop/Clock.h"
 
 RunLoop& RunLoop::main() {
-    static RunLoop loop;
-    return loop;
+    // Never destroyed: a thread of our own may still call after main has returned.
+    static auto* loop = new RunLoop;
+    return *loop;
 }
 
 RunLoop::Token RunLoop::add(double due, double every, Task task) {

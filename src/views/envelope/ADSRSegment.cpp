@@ -1,15 +1,11 @@
 #include "envelope/ADSRSegment.h"
 
-#include <QFontMetricsF>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr float kBarStep = 3;
-const QColor kHalo = QColor::fromRgbF(0.0f, 0.0f, 0.0f, 0.75f);
-constexpr double kHaloWidth = 4;  // points, half of it around the letters
 const QColor kTextColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f);
 const QColor kLabelColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f, 0.75f);
 
@@ -60,32 +56,24 @@ void ADSRSegment::drawLine(QPainter& painter) const {
     painter.drawLine(QPointF(double(x), ya), QPointF(double(x + width), yb));
 }
 
-void ADSRSegment::drawTexts(const QString& label, const QString& value, const QFont& font,
+void ADSRSegment::drawTexts(const QString& label, const QString& value, OutlinedText& texts,
                             QPainter& painter) const {
-    if (!canBeDrawn() || !(QFontMetricsF(font).horizontalAdvance(value) < double(width)))
+    if (!canBeDrawn() || !(texts.width(value) < double(width)))
         return;
+    const auto draw = [&](const QString& text, float share, const QColor& colour) {
+        texts.draw(text, centred(text, share, texts), colour, painter);
+    };
     painter.save();
-    painter.setFont(font);
-    painter.setPen(kTextColour);
-    drawCentred(value, 0.55f, painter);
-    painter.setPen(kLabelColour);
-    drawCentred(label, 0.45f, painter);
+    draw(value, 0.55f, kTextColour);
+    draw(label, 0.45f, kLabelColour);
     if (label.size() > 2 && label[2] == 'S') {
-        drawCentred(QStringLiteral("▴"), 0.25f, painter);
-        drawCentred(QStringLiteral("▾"), 0.65f, painter);
+        draw(QStringLiteral("▴"), 0.25f, kLabelColour);
+        draw(QStringLiteral("▾"), 0.65f, kLabelColour);
     }
     painter.restore();
 }
 
-/// The text's top is at that share of the height. A dark edge keeps it apart from the line.
-void ADSRSegment::drawCentred(const QString& text, float share, QPainter& painter) const {
-    const QFontMetricsF metrics(painter.font());
-    const double left = double(x) + (double(width) - metrics.horizontalAdvance(text)) / 2;
-    const double top = double(share * float(size.height()));
-    const QPointF start(left, top + metrics.ascent());
-    QPainterPath letters;
-    letters.addText(start, painter.font(), text);
-    painter.strokePath(letters,
-                       QPen(kHalo, kHaloWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawText(start, text);
+QPointF ADSRSegment::centred(const QString& text, float share, OutlinedText& texts) const {
+    const double left = double(x) + (double(width) - texts.width(text)) / 2;
+    return {left, double(share * float(size.height())) + texts.ascent()};
 }

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QFont>
 #include <QPainter>
 #include <QSizeF>
 #include <QString>
+
+#include "envelope/OutlinedText.h"
 
 /// One segment of an envelope's graph, from one level to another. In points of a view of `size`,
 /// whose bottom is level 0 and whose top is level 1. A segment with a position or a level that is
@@ -22,10 +23,11 @@ struct ADSRSegment {
     void drawLine(QPainter& painter) const;
     /// Both centred, unless the value is not narrower than the segment. A label with "S" in its
     /// middle also gets arrows up and down.
-    void drawTexts(const QString& label, const QString& value, const QFont& font,
+    void drawTexts(const QString& label, const QString& value, OutlinedText& texts,
                    QPainter& painter) const;
 
   private:
     bool canBeDrawn() const;
-    void drawCentred(const QString& text, float share, QPainter& painter) const;
+    /// The text's top is at that share of the height.
+    QPointF centred(const QString& text, float share, OutlinedText& texts) const;
 };

@@ -29,11 +29,17 @@ QString printed(const char* format, float value) {
     return QString::fromStdString(formattedNumber(format, double(value)));
 }
 
+QFont boldLabels() {
+    QFont font("Lato");
+    font.setBold(true);
+    font.setPixelSize(12);
+    return font;
+}
+
 }  // namespace
 
-ADSRView::ADSRView(QQuickItem* parent) : OneFingerItem(parent), m_labelFont("Lato") {
-    m_labelFont.setBold(true);
-    m_labelFont.setPixelSize(12);
+ADSRView::ADSRView(QQuickItem* parent)
+    : OneFingerItem(parent), m_labelFont(boldLabels()), m_texts(m_labelFont) {
     setActiveFocusOnTab(true);
 }
 
@@ -250,7 +256,7 @@ float ADSRView::graphFrom(float from, float to, float x, float width, const QStr
     const ADSRSegment segment{from, to, x, width, size()};
     segment.drawBars(painter);
     segment.drawLine(painter);
-    segment.drawTexts(label, label2, m_labelFont, painter);
+    segment.drawTexts(label, label2, m_texts, painter);
     return x + width - 1;
 }
 

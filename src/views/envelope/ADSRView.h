@@ -8,6 +8,7 @@
 
 #include "envelope/ADSRViewOwner.h"
 #include "envelope/OneFingerItem.h"
+#include "envelope/OutlinedText.h"
 
 /// The envelope as a graph of four segments, which is changed by dragging it. The sustain always
 /// takes 88 points; attack, decay and release share the rest by their times. A drag across the
@@ -138,5 +139,6 @@ class ADSRView : public OneFingerItem {
     float m_grabValue = 0;
     float m_grabValue2 = 0;
     QFont m_labelFont;
+    mutable OutlinedText m_texts;  // of that font
     int m_stage = 0;
 };

@@ -21,16 +21,36 @@ Panel {
         color: Theme.ground
         radius: Theme.halfGrid
 
-        WaveOutline {
+        WaveView2 {
+            id: view
             anchors { fill: parent; margins: Theme.hairline }
-            colour: Theme.amber
+            backgroundBottom: Theme.ground
+            backgroundTop: Theme.waveTop
+            headColour: Theme.readHead
+            hearing: root.controller.hearing
+            interactions: 7
+            labelColour: Theme.creamDim
             lineColour: Theme.line
+            motion: Theme.motion
             objectName: "waveView"
             opacity: root.wave.loading ? 0.3 : 1
+            playHeadColour: Theme.cream
+            sampleColour: Theme.cream
+            voices: root.controller.voices
             wave: root.wave
+            waveColour: Theme.amber
 
             Accessible.role: Accessible.Graphic
             Accessible.name: qsTr("Sound: %1").arg(root.wave.name)
+            Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
+            Accessible.focusable: true
+        }
+        Rectangle {
+            anchors { fill: view }
+            border { color: Theme.cream; width: Theme.focusLine }
+            color: "transparent"
+            radius: Theme.halfGrid
+            visible: view.focusVisible
         }
         Words {
             color: Theme.creamDim

@@ -16,6 +16,10 @@ QtObject {
     /// What lies under a finger or a pointer.
     readonly property color hovered: "#332b1d"
     readonly property color pressed: "#171309"
+    /// Behind a wave, at its top; at its bottom is the ground.
+    readonly property color waveTop: "#1b170f"
+    /// Where a voice reads the sound.
+    readonly property color readHead: Qt.rgba(1.0, 0.964, 0.847, 0.35)
     readonly property color shadow: "#80000000"
     readonly property real disabledOpacity: 0.4
 
