@@ -60,6 +60,15 @@ Panel {
             x: Theme.grid
             y: Theme.halfGrid
         }
+        PushButton {
+            anchors { right: parent.right; rightMargin: Theme.halfGrid; top: parent.top }
+            objectName: "editButton"
+            picture: "edit.png"
+            spoken: qsTr("Edit the sound")
+            text: qsTr("Edit")
+            visible: !root.controller.take.recording && !root.wave.loading
+            onClicked: root.controller.editClicked()
+        }
         LoadingNotice {
             anchors.centerIn: parent
             visible: root.wave.loading
