@@ -28,8 +28,8 @@ std::shared_ptr<WaveSequenceAccess> sine() {
 
 constexpr auto kQml = R"(import QtQuick; import Ombrix.Views
     FocusScope { width: 1000; height: 200
-        Rectangle { anchors.fill: parent; color: "#808080" }
-        WaveView2 { id: wave; objectName: "wave"; anchors.fill: parent }
+        WaveView2 { id: wave; objectName: "wave"; anchors.fill: parent
+                    backgroundTop: "#808080"; backgroundBottom: "#808080" }
         WaveRange { objectName: "range"; anchors.fill: parent; view: wave } })";
 
 /// 1000 points wide, 100 frames a point.

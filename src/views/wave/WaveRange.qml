@@ -13,14 +13,14 @@ WaveRangeView2 {
         required property WaveRangeHandle handle
         anchors { margins: 0; leftMargin: Theme.halfGrid; rightMargin: Theme.halfGrid }
         parent: handle
-        visible: handle.focusVisible
+        visible: handle.focusVisible && handle.inView
     }
     Focus { handle: range.startHandle }
     Focus { handle: range.stopHandle }
 
     Rectangle {
         readonly property real middle: range.selectedFrame.x + range.selectedFrame.width / 2
-        color: Qt.alpha(Theme.ground, 0.8)
+        color: Theme.amberDeep
         height: words.implicitHeight
         opacity: range.held ? 1 : 0
         radius: height / 2

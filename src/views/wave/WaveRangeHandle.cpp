@@ -46,7 +46,8 @@ void WaveRangeHandle::place(qreal edgeX, qreal y, bool inView) {
         return std::clamp(x - width / 2, -margin, std::max(-margin, right + margin - width));
     };
     m_edgeX = edgeX;
-    m_inView = inView;
+    if (std::exchange(m_inView, inView) != inView)
+        Q_EMIT inViewChanged();
     setPosition({inside(edgeX, width(), 0), y});
     m_picture->setX(inside(edgeX, kPicture.width(), kPictureMargin) - x());
     m_picture->setVisible(inView);
@@ -175,8 +176,7 @@ void WaveRangeHandle::placeBubble() {
         return;
     m_bubble->setVisible(m_inView);
     m_bubble->setArrowTarget({m_picture->x() + kPicture.width() / 2, kGripTop});
-    const qreal most = m_bubble->parentItem()->width() - m_bubble->width();
-    m_bubble->setX(std::clamp(m_bubble->x(), 0., std::max(0., most)));
+    m_bubble->keepInside();
 }
 
 void WaveRangeHandle::showBubbleShortly() {

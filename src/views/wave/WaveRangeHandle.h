@@ -36,6 +36,7 @@ class WaveRangeHandle : public FingersItem {
     QML_UNCREATABLE("belongs to a WaveRangeView2")
     Q_PROPERTY(bool pressed READ isPressed NOTIFY pressedChanged)
     Q_PROPERTY(bool focusVisible READ isFocusVisible NOTIFY focusVisibleChanged)
+    Q_PROPERTY(bool inView READ isInView NOTIFY inViewChanged)
     // What screen readers look for: seconds.
     Q_PROPERTY(qreal value READ value NOTIFY valueChanged)
     Q_PROPERTY(qreal minimumValue READ minimumValue CONSTANT)
@@ -73,6 +74,7 @@ class WaveRangeHandle : public FingersItem {
   Q_SIGNALS:
     void pressedChanged();
     void focusVisibleChanged();
+    void inViewChanged();
     void valueChanged();
 
   protected:
