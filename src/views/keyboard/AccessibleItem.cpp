@@ -29,3 +29,12 @@ void onAccessiblePress(QQuickItem& item, QObject& receiver, const char* slot) {
     if (QObject* const accessible = accessibleOf(item))
         QObject::connect(accessible, SIGNAL(pressAction()), &receiver, slot);
 }
+
+void onAccessibleSteps(QQuickItem& item, QObject& receiver, const char* increase,
+                       const char* decrease) {
+    QObject* const accessible = accessibleOf(item);
+    if (!accessible)
+        return;
+    QObject::connect(accessible, SIGNAL(increaseAction()), &receiver, increase);
+    QObject::connect(accessible, SIGNAL(decreaseAction()), &receiver, decrease);
+}

@@ -11,3 +11,7 @@ void describeItem(QQuickItem& item, QAccessible::Role role, const QString& name,
 /// Calls `slot` (made with SLOT) when a screen reader presses the item, which is described already.
 /// [main]
 void onAccessiblePress(QQuickItem& item, QObject& receiver, const char* slot);
+
+/// The same for the steps of a slider. [main]
+void onAccessibleSteps(QQuickItem& item, QObject& receiver, const char* increase,
+                       const char* decrease);

@@ -45,6 +45,13 @@ Panel {
             Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
             Accessible.focusable: true
         }
+        WaveRange {
+            anchors.fill: view
+            objectName: "waveRange"
+            selection: root.controller.selection
+            view: view
+            visible: !root.wave.loading
+        }
         Rectangle {
             anchors { fill: view }
             border { color: Theme.cream; width: Theme.focusLine }
