@@ -19,11 +19,6 @@ using testing::SizeIs;
 constexpr double kSoon = 0.00001;
 constexpr int kLength = 1 << 22;  // frames
 
-struct Dice : std::mt19937 {
-    using std::mt19937::mt19937;
-    int below(int limit) { return int((*this)() % unsigned(limit)); }
-};
-
 struct Canvas final : TileContext {
     double clipHeight() const override { return 200; }
     void drawGradient(const TileGradient&, double) override {}
