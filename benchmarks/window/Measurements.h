@@ -18,6 +18,8 @@ void measureIdle();
 void measureMemory();
 /// What `times` preset changes and ten times as many key presses leave behind.
 void measureGrowth(int times);
+/// A sound of twenty minutes is shown, zoomed and scrolled while twelve voices sound.
+void measureWaves();
 /// Starts the program several times, warm, in a display of its own. A key is pressed as soon as the
 /// first frame is told. Needs xdotool.
 void measureStartup(const std::string& program);

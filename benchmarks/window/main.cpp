@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kUsage =
     "window_benchmark startup [PROGRAM] | touch | latency [PERIOD] | frames | idle | memory | "
-    "growth [TIMES]";
+    "growth [TIMES] | waves";
 
 bool measure(const std::string& what, int number, int period) {
     const WindowSession session(1920, 1200);
@@ -31,6 +31,8 @@ bool measure(const std::string& what, int number, int period) {
         measureMemory();
     else if (what == "growth")
         measureGrowth(number ? number : 10000);
+    else if (what == "waves")
+        measureWaves();
     else
         return false;
     return true;

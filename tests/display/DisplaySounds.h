@@ -9,6 +9,12 @@
 
 #include "VornWaveSequence.h"
 
+struct Dice : std::mt19937 {
+    using std::mt19937::mt19937;
+    int below(int limit) { return int((*this)() % unsigned(limit)); }
+    bool oneIn(int chances) { return below(chances) == 0; }
+};
+
 /// A sound of windows of any format and length, none included, that keeps to what is asked for.
 class PieceSound : public WaveSequenceAccess {
   public:
@@ -24,7 +30,6 @@ class PieceSound : public WaveSequenceAccess {
     static std::shared_ptr<PieceSound> mono(std::vector<float> samples) {
         return std::make_shared<PieceSound>(std::vector<Piece>{{0, std::move(samples)}});
     }
-    const std::vector<Piece>& pieces() const { return m_pieces; }
 
     std::uint32_t sampleCount() const override {
         std::uint32_t count = 0;

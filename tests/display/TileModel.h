@@ -10,7 +10,6 @@
 struct TileModel {
     struct Frame {
         float a, b;
-        bool isNumber(float value) const { return value == value; }
     };
     struct Window {
         std::size_t first;  // in the flat list
@@ -70,10 +69,8 @@ struct TileModel {
                 if (i < windows[w].frames) {
                     const Frame frame = frames[windows[w].first + std::size_t(i)];
                     for (const float v : {frame.a, frame.b}) {
-                        if (std::isnan(v))
-                            continue;
-                        peaks[k] = std::max(peaks[k], v);
-                        pokes[k] = std::min(pokes[k], v);
+                        peaks[k] = std::fmax(peaks[k], v);
+                        pokes[k] = std::fmin(pokes[k], v);
                     }
                 }
                 i += s;
@@ -106,12 +103,8 @@ struct TileModel {
             const Frame y = frameAt(std::int64_t(windows[w].first) + i + 1);
             const float a = (1 - f) * x.a + f * y.a;
             const float b = windows[w].format == 1 ? (1 - f) * x.b + f * y.b : a;
-            const float high = std::isnan(b) || a > b ? a : b;
-            const float low = std::isnan(b) || a < b ? a : b;
-            if (high > peaks[k])
-                peaks[k] = high;
-            if (low > pokes[k])
-                pokes[k] = low;
+            peaks[k] = std::fmax(peaks[k], std::fmax(a, b));
+            pokes[k] = std::fmax(pokes[k], std::fmin(a, b));
         }
     }
 

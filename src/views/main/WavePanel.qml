@@ -44,6 +44,10 @@ Panel {
             Accessible.name: qsTr("Sound: %1").arg(root.wave.name)
             Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
             Accessible.focusable: true
+            Accessible.onDecreaseAction: view.zoomBy(1 / Math.SQRT2)
+            Accessible.onIncreaseAction: view.zoomBy(Math.SQRT2)
+            Accessible.onScrollLeftAction: view.scrollBy(-view.width / 2)
+            Accessible.onScrollRightAction: view.scrollBy(view.width / 2)
         }
         WaveRange {
             anchors.fill: view
@@ -59,11 +63,22 @@ Panel {
             radius: Theme.halfGrid
             visible: view.focusVisible
         }
+        Rectangle {
+            color: Theme.ground
+            height: name.height
+            opacity: 0.7
+            radius: Theme.halfGrid
+            visible: name.text !== ""
+            width: name.width + Theme.grid
+            x: name.x - Theme.halfGrid
+            y: name.y
+        }
         Words {
+            id: name
             color: Theme.creamDim
             font.pixelSize: Theme.labelSize
             text: root.wave.name
-            width: parent.width - 2 * x
+            width: Math.min(implicitWidth, parent.width - 2 * x)
             x: Theme.grid
             y: Theme.halfGrid
         }

@@ -9,7 +9,7 @@
 namespace {
 
 // Taller ones are stretched: what a screenful of them takes is bounded.
-constexpr double kMostRows = 640;
+constexpr double kMostRows = 1024;
 constexpr double kFarOutside = 4096;  // points; what is stretched beyond it is cut off first
 
 double onPixel(double points, double scale) {
@@ -49,24 +49,43 @@ bool isCovered(const ShownTile& tile, std::vector<ShownTile>::const_iterator abo
 }  // namespace
 
 void TilePictures::drawOne(WaveTileLayer& tile, double scale) {
-    Kept& kept = m_kept[&tile];
-    if (kept.content == tile.contentId() && !kept.picture.isNull())
-        return tile.renderingDone();
     const double height = tile.boundsHeight();
     TilePicture picture(height, std::min(scale, kMostRows / std::max(1., height)));
     tile.drawInContext(picture);
     if (!tile.isOutOfDate())
-        kept = {tile.contentId(), picture.image()};
+        m_kept[&tile] = {tile.contentId(), picture.image()};
 }
 
-void TilePictures::draw(const WaveTiles& tiles, double scale) {
+void TilePictures::forgetGone(const WaveTiles& tiles) {
+    const auto& layers = tiles.layers();
     std::erase_if(m_kept, [&](const auto& kept) {
-        return std::ranges::none_of(tiles.layers(),
+        return std::ranges::none_of(layers,
                                     [&](const auto& tile) { return tile.get() == kept.first; });
     });
+}
+
+void TilePictures::draw(const WaveTiles& tiles, const WaveViewport& viewport, double scale) {
+    forgetGone(tiles);
     for (const auto& tile : tiles.layers()) {
-        if (tile->needsDisplay())
+        const auto kept = m_kept.find(tile.get());
+        const bool isKept = kept != m_kept.end() && kept->second.content == tile->contentId();
+        const bool isSeen =
+            viewport.xOf(tile->stop()) > 0 && viewport.xOf(tile->start()) < viewport.width();
+        const bool isWanted = tile->needsDisplay() || tile->isRegularLayer();
+        if (isSeen && !isKept && isWanted && !tile->isOutOfDate())
             drawOne(*tile, scale);
+        else if (tile->needsDisplay())
+            tile->renderingDone();
+    }
+    boundMemory(tiles);
+}
+
+void TilePictures::boundMemory(const WaveTiles& tiles) {
+    for (const auto& tile : tiles.layers()) {
+        if (size() <= kMostMemory)
+            return;
+        if (!tile->isRegularLayer() && !tile->needsDisplay())
+            m_kept.erase(tile.get());
     }
 }
 
@@ -77,7 +96,8 @@ std::vector<ShownTile> TilePictures::shown(const WaveTiles& tiles, const WaveVie
     for (const auto& tile : tiles.layers()) {
         const auto kept = m_kept.find(tile.get());
         const double opacity = tile->opacityAt(now);
-        if (kept == m_kept.end() || kept->second.picture.isNull() || tile->hidden() || opacity <= 0)
+        const bool isKept = kept != m_kept.end() && kept->second.content == tile->contentId();
+        if (!isKept || tile->hidden() || opacity <= 0)
             continue;
         const double left = onPixel(viewport.xOf(tile->start()), scale);
         const double right = onPixel(viewport.xOf(tile->stop()), scale);

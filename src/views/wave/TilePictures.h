@@ -7,17 +7,21 @@
 #include "wave/WaveViewNode.h"
 #include "wave/WaveViewport.h"
 
-/// The pictures of the tiles that are there: each is drawn when it asks to be, and kept as long as
-/// its tile shows that content. [main]
+/// The pictures of the tiles that can be seen: each is drawn when it asks to be, or comes into
+/// sight, and kept as long as its tile shows that content. [main]
 class TilePictures {
   public:
-    /// Draws what wants to be drawn. @param scale pixels in a point
-    void draw(const WaveTiles& tiles, double scale);
+    /// Bytes of all pictures above which the lowest, which newer ones are about to cover, are let
+    /// go of.
+    static constexpr std::size_t kMostMemory = 16'000'000;
+
+    /// Draws what is to be drawn. @param scale pixels in a point
+    void draw(const WaveTiles& tiles, const WaveViewport& viewport, double scale);
     /// Bottom to top, without those that cannot be seen; on whole pixels where they are not
     /// stretched. @param height points
     std::vector<ShownTile> shown(const WaveTiles& tiles, const WaveViewport& viewport,
                                  double height, double scale) const;
-    /// Memory of the pictures, bytes.
+    /// Of all pictures, bytes.
     std::size_t size() const;
 
   private:
@@ -26,6 +30,8 @@ class TilePictures {
         QImage picture;
     };
     void drawOne(WaveTileLayer& tile, double scale);
+    void forgetGone(const WaveTiles& tiles);
+    void boundMemory(const WaveTiles& tiles);
 
     std::unordered_map<const WaveTileLayer*, Kept> m_kept;
 };

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int kLetters = 11;       // pixels of the type
-constexpr double kGap = 16;        // points between two labels at least
+constexpr double kGap = 24;        // points between two labels at least
 constexpr double kBesideMark = 4;  // points from a mark to its label
 constexpr double kLongMark = 6;    // points
 constexpr double kShortMark = 3;

@@ -170,8 +170,7 @@ void WaveView2::scrollBy(double points) {
 
 void WaveView2::scrolled(double points) {
     m_viewport.scrollBy(points);
-    const bool follows = std::abs(points) <= kFurthestScroll;
-    rangeChanged(follows ? WaveUpdate::scroll : WaveUpdate::refresh);
+    rangeChanged(WaveUpdate::scroll);
 }
 
 /// While it goes on tiles are made anew now and then, and once more behind its end.
@@ -185,10 +184,13 @@ void WaveView2::zoomed(double about, double factor) {
 }
 
 void WaveView2::rangeChanged(WaveUpdate update) {
-    const bool moved = m_viewport.start() != m_tiles.viewStartIndex() ||
-                       m_viewport.stop() != m_tiles.viewStopIndex();
+    const double way = m_viewport.start() - m_tiles.viewStartIndex();
+    const bool moved = way != 0 || m_viewport.stop() != m_tiles.viewStopIndex();
     if (update == WaveUpdate::scroll && m_scaleWaits)
         update = WaveUpdate::stretch;
+    else if (update == WaveUpdate::scroll &&
+             std::abs(way) > kFurthestScroll * m_viewport.framesPerPoint())
+        update = WaveUpdate::refresh;
     if (moved || update == WaveUpdate::refresh || update == WaveUpdate::refreshAgain)
         m_tiles.setViewFromI(m_viewport.start(), m_viewport.stop(), update);
     m_curveStale = true;
@@ -224,18 +226,24 @@ void WaveView2::runClock() {
 void WaveView2::tick(double seconds) {
     Fling& fling = m_gestures.fling();
     if (fling.flying()) {
-        const double way = fling.step(seconds);
-        if (!m_viewport.scrollBy(way))
+        if (!m_viewport.scrollBy(fling.step(seconds)))
             fling.stop();
-        rangeChanged(std::abs(way) <= kFurthestScroll ? WaveUpdate::scroll : WaveUpdate::refresh);
+        rangeChanged(WaveUpdate::scroll);
     }
     if (m_tiles.animating())
         update();
-    if (m_voices && m_voices->sounding() && m_heads != m_voices->headsNow()) {
-        m_heads = m_voices->headsNow();
-        update();
-    }
+    showHeads();
     runClock();
+}
+
+void WaveView2::showHeads() {
+    if (!m_voices || !m_voices->sounding())
+        return;
+    const QList<float> heads = m_voices->headsNow();
+    if (heads == m_heads)
+        return;
+    m_heads = heads;
+    update();
 }
 
 void WaveView2::timerEvent(QTimerEvent* event) {
@@ -399,7 +407,7 @@ void WaveView2::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 void WaveView2::updatePolish() {
-    m_pictures.draw(m_tiles, pixelScale(*this));
+    m_pictures.draw(m_tiles, m_viewport, pixelScale(*this));
     if (std::exchange(m_curveStale, false))
         refreshCurve();
 }

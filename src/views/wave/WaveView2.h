@@ -134,6 +134,7 @@ class WaveView2 : public FingersItem, private WaveTilesDelegate, private WaveGes
     void rangeChanged(WaveUpdate update);
     void tick(double seconds);
     void runClock();
+    void showHeads();
     void setFocusVisible(bool visible);
     void refreshCurve();
     std::vector<UprightLine> lines() const;

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "BackgroundWorker.h"
 #include "ReusePool.h"
+#include "StripGeometry.h"
 #include "WaveTileLayer.h"
 
 class WaveTilesDelegate {
@@ -64,8 +66,8 @@ class WaveTiles : private BackgroundWorkerDelegate,
     /// Lets go of spare tiles.
     void didReceiveMemoryWarning();
 
-    std::int32_t viewStartIndex() const { return m_viewStartIndex; }
-    std::int32_t viewStopIndex() const { return m_viewStopIndex; }
+    std::int32_t viewStartIndex() const { return m_view.start; }
+    std::int32_t viewStopIndex() const { return m_view.stop; }
     /// Bottom to top. Draw those that need display, hidden or not, and show those that are not
     /// hidden at their opacity.
     const std::vector<Tile>& layers() const { return m_layers; }
@@ -82,6 +84,7 @@ class WaveTiles : private BackgroundWorkerDelegate,
     void waveTilefinishedRendering(WaveTileLayer& tile) override;
 
     void performBackgroundRefresh();
+    void giveUpGathers();
     bool mustWait() const;
     void supersedeTiles();
     void placeStrip();
@@ -98,22 +101,16 @@ class WaveTiles : private BackgroundWorkerDelegate,
     std::vector<Tile> tilesNamed(const char* name) const;
     bool isGathering() const;
     bool isCrowded() const;
-    bool showsFrames() const { return m_viewStopIndex > m_viewStartIndex && m_width > 0; }
-    double pointsPerFrame() const;
-    TileFrame frameOf(const WaveTileLayer& tile) const;
-    std::int64_t span() const;
-    std::int64_t tilesFor(std::int64_t frames) const;
     bool coversView() const;
-    template <typename Call>
-    void callAfter(double seconds, Call call);
+    TileFrame frameOf(const WaveTileLayer& tile) const;
+    void callAfter(double seconds, std::function<void(WaveTiles&)> call);
 
     WaveTilesDelegate& m_delegate;
     std::shared_ptr<WaveSequenceAccess> m_wave;  // reaches one frame further than the view's
-    double m_width = 0, m_height = 0;            // of the view, points
+    StripGeometry m_view;
+    double m_height = 0;  // of the view, points
     TileColour m_waveColour;
     std::optional<TileGradient> m_backgroundGradient;
-    std::int32_t m_viewStartIndex = 0;
-    std::int32_t m_viewStopIndex = 0;
     std::vector<Tile> m_layers;
     std::vector<Tile> m_gathering;  // with the worker; cancelled ones too
     ReusePool<WaveTileLayer> m_layerPool;
@@ -125,7 +122,7 @@ class WaveTiles : private BackgroundWorkerDelegate,
     bool m_refreshWaits = false;            // for what is under way
     bool m_cancelledInVain = false;         // the last strip, and none was gathered since
     std::optional<double> m_takenOverFade;  // start of the fade that the newest tiles go on with
-    double m_fadeSeconds = 0.5;
+    bool m_reduceMotion = false;
 
     std::shared_ptr<WaveTiles*> m_self;  // gone with this, for calls that come later
     std::unique_ptr<BackgroundWorker> m_worker;
