@@ -37,7 +37,7 @@ Item {
         SoundView {
             anchors { fill: parent; margins: Theme.hairline }
             controller: root.controller
-            objectName: "editView"
+            names: "edit"
         }
     }
     EditNotice {

@@ -1,18 +1,14 @@
 import QtQuick
 import Ombrix.Views
 
-/// The sound in use, in the looks of the screen, to be moved in, heard and selected.
+/// The sound in use, in the looks of the screen: to be moved in, heard and selected.
 Item {
     id: root
 
     required property OmbrixViewController controller
-    property alias view: view
+    /// The parts are NAMESView and NAMESRange.
+    required property string names
     readonly property WaveState wave: controller.wave
-
-    Accessible.role: Accessible.Graphic
-    Accessible.name: qsTr("Sound: %1").arg(wave.name)
-    Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
-    Accessible.focusable: true
 
     WaveView2 {
         id: view
@@ -25,12 +21,29 @@ Item {
         labelColour: Theme.creamDim
         lineColour: Theme.line
         motion: Theme.motion
+        objectName: root.names + "View"
         opacity: root.wave.loading ? 0.3 : 1
         playHeadColour: Theme.cream
         sampleColour: Theme.cream
         voices: root.controller.voices
         wave: root.wave
         waveColour: Theme.amber
+
+        Accessible.role: Accessible.Graphic
+        Accessible.name: qsTr("Sound: %1").arg(root.wave.name)
+        Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
+        Accessible.focusable: true
+        Accessible.onDecreaseAction: view.zoomBy(1 / Math.SQRT2)
+        Accessible.onIncreaseAction: view.zoomBy(Math.SQRT2)
+        Accessible.onScrollLeftAction: view.scrollBy(-view.width / 2)
+        Accessible.onScrollRightAction: view.scrollBy(view.width / 2)
+    }
+    WaveRange {
+        anchors.fill: view
+        objectName: root.names + "Range"
+        selection: root.controller.selection
+        view: view
+        visible: !root.wave.loading
     }
     Rectangle {
         anchors.fill: view
