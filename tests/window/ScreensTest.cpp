@@ -122,6 +122,10 @@ TEST_F(ScreensTest, settings) {
 
 TEST_F(ScreensTest, edit) {
     open();
+    QTest::keySequence(&instrument().window(), QKeySequence("Ctrl+E"));
+    instrument().pass(kFaded);
+    EXPECT_TRUE(instrument().has("cropButton"));
+    closeTop();
     tap("editButton");
     WaveSelection& selection = *controller().selection();
     const int length = selection.length();

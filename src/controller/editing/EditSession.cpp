@@ -228,10 +228,10 @@ void EditSession::flatten() {
         [this, made] {
             if (!isOurs())
                 return;
-            if (made->wave)
-                handOver(made->wave);
-            else
-                flatteningFailed(made->error);
+            if (!made->wave)
+                return flatteningFailed(made->error);
+            handOver(made->wave);
+            m_delegate->editingChanged();  // it may have its name again
         });
 }
 

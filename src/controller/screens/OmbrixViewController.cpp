@@ -232,7 +232,10 @@ void OmbrixViewController::willTerminate() {
     m_terminated = true;
 }
 
+/// Also when a preset was saved, and its sound with it.
 void OmbrixViewController::pickerTitleChanged(const std::string&) {
+    if (m_wave)
+        m_wave->updateName();
     if (m_presetBar)
         m_presetBar->update();
 }

@@ -105,6 +105,7 @@ void WaveEditor::editingChanged() {
         m_looking = 0;
         m_shownBusy = false;
     }
+    m_rooms.state.updateName();
     Q_EMIT changed();
 }
 

@@ -25,6 +25,16 @@ QString WaveState::name() const {
     return filename ? withoutExtension(*filename) : QString();
 }
 
+void WaveState::update() {
+    Q_EMIT waveChanged();
+    Q_EMIT nameChanged();
+}
+
+void WaveState::updateEdited() {
+    Q_EMIT waveEdited();
+    Q_EMIT nameChanged();
+}
+
 void WaveState::loadingBeganOrEnded() {
     if (m_sounds.loading()) {
         if (!m_looking)

@@ -12,7 +12,7 @@
 /// time to speak of is not shown. [main]
 class WaveState : public QObject, private WaveLoadingDelegate {
     Q_OBJECT
-    Q_PROPERTY(QString name READ name NOTIFY waveChanged)
+    Q_PROPERTY(QString name READ name NOTIFY nameChanged)
     Q_PROPERTY(bool loading READ loading NOTIFY loadingChanged)
     Q_PROPERTY(float progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(QString loadingName READ loadingName NOTIFY loadingChanged)
@@ -24,7 +24,7 @@ class WaveState : public QObject, private WaveLoadingDelegate {
     WaveState(WaveChoice& waves, WaveLoading& sounds, Tell tell);
     ~WaveState() override;
 
-    /// File name without extension; empty for a take without a name.
+    /// File name without extension; empty for a take or an edited sound without a name.
     QString name() const;
     /// As it was edited last; null before any was chosen. While a take is recorded, this is the
     /// sound of before.
@@ -37,14 +37,17 @@ class WaveState : public QObject, private WaveLoadingDelegate {
     /// Forgets the sound that is on its way.
     Q_INVOKABLE void cancel() { m_sounds.cancel(); }
 
-    void update() { Q_EMIT waveChanged(); }
-    void updateEdited() { Q_EMIT waveEdited(); }
+    void update();
+    void updateEdited();
+    /// The sound in use has been given a name.
+    void updateName() { Q_EMIT nameChanged(); }
 
   Q_SIGNALS:
     /// Another sound is in use: show all of it.
     void waveChanged();
     /// The sound in use was edited: show the same stretch of it, as far as there is one.
     void waveEdited();
+    void nameChanged();
     void loadingChanged();
     void progressChanged();
 

@@ -55,7 +55,8 @@ T.Popup {
     implicitWidth: Math.max(contentWidth, 30 * Theme.grid) + leftPadding + rightPadding
     implicitHeight: contentHeight + topPadding + bottomPadding
     focus: true
-    closePolicy: T.Popup.CloseOnEscape
+    // A closed one would keep shortcuts from everything else.
+    closePolicy: visible ? T.Popup.CloseOnEscape : T.Popup.NoAutoClose
     onAboutToShow: place()
     onTargetChanged: place()
     onAboutToHide: dismissed()

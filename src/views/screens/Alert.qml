@@ -20,7 +20,7 @@ T.Popup {
     padding: 3 * Theme.grid
     closePolicy: T.Popup.NoAutoClose
     focus: true
-    modal: true
+    modal: alert.shown  // a closed one would keep shortcuts from everything else
     visible: alert.shown
     onVisibleChanged: if (visible) cancel.forceActiveFocus(Qt.PopupFocusReason)
 

@@ -8,7 +8,7 @@ Item {
 
     required property OmbrixViewController controller
     /// The room between toolbar and keys, in points of the scene.
-    required property rect aboveKeys
+    property rect aboveKeys: Qt.rect(0, 0, width, height)
 
     ScreenPopover { controller: root.controller; tag: "pset"; anchor: "presetButton"; screen: Component { ItemPicker {} } }
     ScreenPopover { controller: root.controller; tag: "gmod"; anchor: "grainModeButton"; fromBelow: true; screen: Component { ItemPicker {} } }
