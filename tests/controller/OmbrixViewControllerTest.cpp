@@ -271,6 +271,48 @@ TEST_F(OmbrixViewControllerTest, whatIsSelectedAndHeardFollowsTheSoundInUse) {
     end();
 }
 
+TEST_F(OmbrixViewControllerTest, anEditedSoundIsSavedWithItsPresetAndComesBackAtTheNextStart) {
+    start();
+    choose("Default Sound");
+    WaveEditor& editor = *controller().editor();
+    WaveSelection& selection = *controller().selection();
+    EXPECT_TRUE(editor.canEdit());
+    EXPECT_FALSE(editor.canCut()) << "an instrument needs a sound";
+    editor.cut();
+    EXPECT_FALSE(editor.canUndo());
+    selection.select(100, 300);
+    editor.crop();
+    EXPECT_EQ(selection.length(), 200);
+    EXPECT_TRUE(selection.everything());
+    EXPECT_TRUE(controller().presetBar()->modificationNotice());
+    EXPECT_EQ(editor.undoText(), "Undo Crop");
+    selection.select(0, 50);
+    editor.reverse();
+    while (editor.working())
+        RunLoop::main().turn();
+    EXPECT_EQ(selection.stop(), 50);
+    editor.cut();
+    ASSERT_TRUE(editor.working());
+    controller().toolbarSaveClicked();  // the voices do not have it yet
+    auto& panel = *static_cast<PresetSaveController*>(controller().presentation()->content());
+    panel.textChanged("Mine");
+    panel.performSave();
+    EXPECT_EQ(controller().wave()->name(), "Mine Audio");
+    EXPECT_EQ(WaveChoice::load(m_folder.file("Mine Audio.wav")).wave->sampleCount(), 150u);
+
+    editor.undo();
+    EXPECT_EQ(selection.stop(), 50);
+    EXPECT_EQ(controller().wave()->name(), "");
+    end();
+    start();
+    EXPECT_EQ(controller().selection()->length(), 200);
+    EXPECT_EQ(controller().wave()->name(), "");
+    EXPECT_FALSE(controller().editor()->canUndo());
+    choose("Mine");
+    EXPECT_EQ(controller().selection()->length(), 150);
+    end();
+}
+
 TEST_F(OmbrixViewControllerTest, whatSoundsIsSeenAndThenNothingRuns) {
     start();
     VoicesState& voices = *controller().voices();

@@ -167,6 +167,7 @@ std::string Settings::savedPreset(const Preset& preset, const std::string& name)
 /// Presets never refer to a sound that has no file.
 std::string Settings::storeWaveOf(Preset& preset) {
     WaveChoice& waves = m_instrument.waves();
+    waves.settle();
     if (!waves.currentWave())
         return "";
     if (const auto stored = waves.currentWaveFilename()) {  // by an attempt that failed after it
@@ -259,7 +260,8 @@ void Settings::keepForNextRun() {
     m_defaults.set(kCurrentPreset, m_pickerTitle);
     if (!m_modified)
         return m_defaults.remove(kCurrentSettings);
-    const WaveChoice& waves = m_instrument.waves();
+    WaveChoice& waves = m_instrument.waves();
+    waves.settle();
     if (!waves.currentWaveFilename() && waves.currentWave())
         tell(m_unsaved.store(*waves.currentWave()));
     m_defaults.set(kCurrentSettings, settingsToCome().toPropertyList());

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "storage/WriteAll.h"
+#include "wavechoice/StoredWave.h"
 
 namespace fs = std::filesystem;
 
@@ -14,6 +15,8 @@ namespace {
 
 constexpr std::string_view kPrefix = "-temporary-audio-recording-";
 constexpr std::string_view kSuffix = ".tmp";
+constexpr const char* kNoPlace =
+    "the take is not kept safe until it is saved: nothing can be locked in the data folder";
 
 /// The file of place `ordinal`; there is more than one only while an earlier take waits there.
 std::string fileOf(int ordinal, int number) {
@@ -48,10 +51,23 @@ std::string UnsavedTake::freePath() const {
     return fileOf(m_place.ordinal(), number);
 }
 
+UnsavedTake::~UnsavedTake() {
+    RunLoop::main().cancel(m_waiting);
+}
+
+void UnsavedTake::stopWriting() {
+    RunLoop::main().cancel(m_waiting);
+    m_waiting = 0;
+    m_writer.stop();
+}
+
 std::string UnsavedTake::store(const VornWaveSequence& take) {
+    stopWriting();
     if (m_place.ordinal() == 0)
-        return "the take is not kept safe until it is saved: nothing can be locked in the data "
-               "folder";
+        return kNoPlace;
+    if (m_kept.lock().get() == &take && exists(m_path))
+        return "";
+    m_kept.reset();
     const std::string path = m_path.empty() ? freePath() : m_path;
     std::string error = WaveChoice::storeWave(take, path);
     if (error.empty())
@@ -59,7 +75,61 @@ std::string UnsavedTake::store(const VornWaveSequence& take) {
     return error;
 }
 
+/// Replaces what was to be done later. What is being written now ends first.
+void UnsavedTake::later(std::function<void()> what) {
+    RunLoop::main().cancel(m_waiting);
+    m_waiting = RunLoop::main().callAfter(kPause, [this, what = std::move(what)] {
+        m_waiting = 0;
+        if (m_writer.busy())
+            return later(what);
+        what();
+    });
+}
+
+void UnsavedTake::storeLater(std::shared_ptr<const VornWaveSequence> sound, Told told) {
+    m_kept.reset();
+    later([this, sound = std::move(sound), told = std::move(told)] { writeLater(sound, told); });
+}
+
+void UnsavedTake::writeLater(std::shared_ptr<const VornWaveSequence> sound, Told told) {
+    if (m_place.ordinal() == 0)
+        return tellOnce(kNoPlace, told);
+    if (m_path.empty())
+        m_path = freePath();
+    const auto error = std::make_shared<std::string>();
+    m_writer.begin(
+        [sound, error, path = m_path](EditWatch& watch) {
+            *error = StoredWave::store(*sound, path, FileNames::Existing::replace, watch.unwanted);
+        },
+        [this, sound, error, told = std::move(told)] {
+            if (error->empty())
+                m_kept = sound;
+            tellOnce(*error, told);
+        });
+}
+
+/// A disk that is full is told of once, until it is not.
+void UnsavedTake::tellOnce(const std::string& line, const Told& told) {
+    if (std::exchange(m_told, line) != line && !line.empty())
+        told(line);
+}
+
+void UnsavedTake::forgetLater() {
+    m_kept.reset();
+    later([this] {
+        if (m_path.empty())
+            return;
+        m_writer.begin(
+            [path = std::exchange(m_path, {})](EditWatch&) {
+                ::unlink(path.c_str());
+                syncFolderOf(path);
+            },
+            [] {});
+    });
+}
+
 std::string UnsavedTake::nameIt(const std::string& path, FileNames::Existing existing) {
+    stopWriting();
     std::string error = FileNames::rename(m_path, path, existing);
     if (error.empty())
         m_path.clear();
@@ -67,6 +137,7 @@ std::string UnsavedTake::nameIt(const std::string& path, FileNames::Existing exi
 }
 
 void UnsavedTake::forget() {
+    stopWriting();
     if (m_path.empty())
         return;
     ::unlink(m_path.c_str());
@@ -90,6 +161,7 @@ std::vector<std::string> UnsavedTake::leftOver() {
 }
 
 bool UnsavedTake::adopt(const std::string& path, std::string& error) {
+    stopWriting();
     error = path + ": another instance of the program has this take";
     if (m_place.ordinal() == 0)
         error = path + ": nothing can be locked in the data folder";

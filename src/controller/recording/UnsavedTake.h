@@ -1,8 +1,12 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "editing/EditWorker.h"
+#include "runloop/RunLoop.h"
 #include "startup/InstanceLock.h"
 #include "storage/FileNames.h"
 #include "wavechoice/WaveChoice.h"
@@ -12,11 +16,24 @@
 /// place a living process holds, and a take that was left over is never written over. [main]
 class UnsavedTake {
   public:
+    /// Hears one line for the user. [main]
+    using Told = std::function<void(const std::string& line)>;
+    static constexpr double kPause = 1;  // second
+
     explicit UnsavedTake(InstanceLock& place) : m_place(place) {}
+    ~UnsavedTake();
+    UnsavedTake(const UnsavedTake&) = delete;
+    UnsavedTake& operator=(const UnsavedTake&) = delete;
 
     /// Keeps a take; it replaces the one kept before, if that was not given a name. Answers one
     /// line when it failed, else nothing. A process without a place keeps nothing.
     [[nodiscard]] std::string store(const VornWaveSequence& take);
+    /// The same for a sound that is being edited: written in the background once `kPause` has gone
+    /// by without another, by `RunLoop`. `told` hears one line when that failed. What else is asked
+    /// for meanwhile takes its place.
+    void storeLater(std::shared_ptr<const VornWaveSequence> sound, Told told);
+    /// Nothing is to be kept after all: removes the file in the background.
+    void forgetLater();
     /// File of the take that this process keeps; empty when there is none.
     const std::string& path() const { return m_path; }
     /// Gives the kept take the name `path` in the data folder. Answers one line when it failed; the
@@ -33,7 +50,15 @@ class UnsavedTake {
 
   private:
     std::string freePath() const;
+    void later(std::function<void()> what);
+    void writeLater(std::shared_ptr<const VornWaveSequence> sound, Told told);
+    void tellOnce(const std::string& line, const Told& told);
+    void stopWriting();
 
     InstanceLock& m_place;
     std::string m_path;
+    std::weak_ptr<const VornWaveSequence> m_kept;  // what the file holds, if that is known
+    RunLoop::Token m_waiting = 0;                  // 0: nothing is to be written
+    std::string m_told;                            // why the last writing in the background failed
+    EditWorker m_writer;
 };

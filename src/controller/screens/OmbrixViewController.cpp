@@ -68,6 +68,7 @@ void OmbrixViewController::initialiseViews() {
     m_files = std::make_unique<FileOpening>(*m_settings, *m_store, tell);
     m_deviceNews = std::make_unique<DeviceNews>(tell);
     initialiseHearing();
+    initialiseEditing();
     initialiseRecording();
     initialiseAudioSetup();
     if (m_marker->previousRunCrashed())
@@ -111,6 +112,14 @@ void OmbrixViewController::initialiseHearing() {
         m_hearing->setSound(m_wave->wave());
         m_selection->resize(frames());
     });
+}
+
+void OmbrixViewController::initialiseEditing() {
+    m_editor = std::make_unique<WaveEditor>(
+        WaveEditor::Rooms{m_instrument->waves(), *m_sounds, m_unsaved.get(), *m_wave, *m_selection,
+                          *m_hearing},
+        [this](const std::string& line) { told(line); });
+    connect(m_editor.get(), &WaveEditor::edited, this, [this] { m_settings->modify(); });
 }
 
 void OmbrixViewController::initialiseRecording() {
@@ -187,6 +196,11 @@ void OmbrixViewController::toolbarShareClicked() {
 
 void OmbrixViewController::grainModeClicked() {
     m_presetScreens->grainModeClicked();
+}
+
+void OmbrixViewController::editClicked() {
+    if (!m_take->recording() && m_presentation->canPresent(Presentation::kEdit))
+        m_presentation->presentSheet(Presentation::kEdit, m_editor.get(), nullptr);
 }
 
 void OmbrixViewController::helpClicked() {

@@ -23,6 +23,7 @@
 #include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
 #include "screens/VoicesState.h"
+#include "screens/WaveEditor.h"
 #include "screens/WaveHearing.h"
 #include "screens/WaveSelection.h"
 #include "screens/WaveState.h"
@@ -44,6 +45,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(WaveState* wave READ wave CONSTANT)
     Q_PROPERTY(WaveSelection* selection READ selection CONSTANT)
     Q_PROPERTY(WaveHearing* hearing READ hearing CONSTANT)
+    Q_PROPERTY(WaveEditor* editor READ editor CONSTANT)
     Q_PROPERTY(TakeScreen* take READ take CONSTANT)
     Q_PROPERTY(PerformanceScreen* performance READ performance CONSTANT)
     Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
@@ -70,6 +72,7 @@ class OmbrixViewController : public QObject,
     WaveState* wave() { return m_wave.get(); }
     WaveSelection* selection() { return m_selection.get(); }
     WaveHearing* hearing() { return m_hearing.get(); }
+    WaveEditor* editor() { return m_editor.get(); }
     TakeScreen* take() { return m_takeScreen.get(); }
     PerformanceScreen* performance() { return m_performanceScreen.get(); }
     Sharing* sharing() { return m_sharing.get(); }
@@ -95,6 +98,8 @@ class OmbrixViewController : public QObject,
     Q_INVOKABLE void toolbarSettingsClicked();
     Q_INVOKABLE void toolbarShareClicked();
     Q_INVOKABLE void grainModeClicked();
+    /// Opens the sheet on which the sound is edited, unless a take is being made.
+    Q_INVOKABLE void editClicked();
     /// Shows the tutorial from its first page.
     Q_INVOKABLE void helpClicked();
     /// The first frame is on the screen: a newcomer is led about.
@@ -136,6 +141,7 @@ class OmbrixViewController : public QObject,
     void initialiseSettings();
     void initialiseViews();
     void initialiseHearing();
+    void initialiseEditing();
     bool isAlive() const { return m_lifecycle && !m_terminated; }
     void observe();
     void askAfterCrash();
@@ -179,6 +185,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<PresetBar> m_presetBar;
     std::unique_ptr<VoicesState> m_voices;
     std::unique_ptr<WaveState> m_wave;
+    std::unique_ptr<WaveEditor> m_editor;
     std::unique_ptr<TakeScreen> m_takeScreen;
     std::unique_ptr<PerformanceScreen> m_performanceScreen;
     std::unique_ptr<PresetScreens> m_presetScreens;

@@ -23,6 +23,7 @@ class Presentation : public QObject {
     static constexpr auto kDelete = fourCC("pdel");
     static constexpr auto kRecorded = fourCC("recp");
     static constexpr auto kSettings = fourCC("sett");
+    static constexpr auto kEdit = fourCC("edit");
 
     using Cancelled = std::function<void()>;
 

@@ -26,8 +26,9 @@ class WaveState : public QObject, private WaveLoadingDelegate {
 
     /// File name without extension; empty for a take without a name.
     QString name() const;
-    /// Null before any was chosen. While a take is recorded, this is the sound of before.
-    const std::shared_ptr<VornWaveSequence>& wave() const { return m_waves.currentWave(); }
+    /// As it was edited last; null before any was chosen. While a take is recorded, this is the
+    /// sound of before.
+    const std::shared_ptr<VornWaveSequence>& wave() const { return m_waves.shownWave(); }
 
     bool loading() const { return m_loading; }
     /// 0 to 1.

@@ -4,12 +4,15 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
+#include <vector>
 
 #include "files/VornOutputAudioFile.h"
 #include "storage/AsideFile.h"
 
 namespace {
 
+constexpr std::uint32_t kPart = 1 << 18;  // frames between two looks at whether it is wanted
 constexpr std::uint32_t kMostFrames = 0x7fffffe0;  // what 32-bit sizes of a WAV file leave room for
 
 std::uint32_t strideOf(const WaveWindow& window) {
@@ -29,6 +32,43 @@ std::uint64_t framesInOnePiece(const WaveWindow* window) {
     return frames;
 }
 
+/// A sound's samples in one piece, and how many there are.
+struct Samples {
+    const float* data;
+    std::uint32_t stride;
+    std::uint64_t frames;
+};
+
+/// None while the sound is loading.
+std::optional<Samples> firstSampleOf(const VornWaveSequence& wave) {
+    std::uint32_t count = wave.sampleCount();
+    if (count == 0)
+        return Samples{nullptr, 1, 0};
+    const WaveWindowList windows = wave.retrieveWindowsAt(0, &count);
+    if (!windows || !windows[0].data)
+        return std::nullopt;
+    return Samples{windows[0].data, strideOf(windows[0]), framesInOnePiece(&windows[0])};
+}
+
+/// `frames` of them, then zeros. False when it was given up or not all was taken.
+bool writeSamples(const Samples& samples, std::uint32_t frames, VornOutputAudioFile& file,
+                  const Shared<bool>& unwanted) {
+    std::vector<std::int16_t> part(std::min(frames, kPart));
+    for (std::uint32_t at = 0; at < frames && !unwanted; at += kPart) {
+        part.resize(std::min(frames - at, kPart));
+        for (std::size_t i = 0; i < part.size(); ++i)
+            part[i] = at + i < samples.frames
+                          ? StoredWave::sixteenBits(samples.data[(at + i) * samples.stride])
+                          : std::int16_t{0};
+        const auto bytes = static_cast<std::uint32_t>(part.size() * sizeof(std::int16_t));
+        std::uint32_t written = bytes;
+        file.writePackets(part.data(), at, &written, nullptr);
+        if (written != bytes)
+            return false;
+    }
+    return !unwanted;
+}
+
 std::string failure(const std::string& path, const std::string& reason) {
     return path + ": " + reason;
 }
@@ -44,39 +84,28 @@ std::int16_t StoredWave::sixteenBits(float sample) {
     return static_cast<std::int16_t>(static_cast<std::int32_t>(held));
 }
 
-std::optional<std::vector<std::int16_t>> StoredWave::samplesOf(const VornWaveSequence& wave) {
-    std::uint32_t count = wave.sampleCount();
-    std::vector<std::int16_t> samples(count);
-    if (count == 0)
-        return samples;
-    const WaveWindowList windows = wave.retrieveWindowsAt(0, &count);
-    if (!windows || !windows[0].data)
-        return std::nullopt;
-    const std::uint32_t stride = strideOf(windows[0]);
-    const std::size_t held = std::min<std::uint64_t>(samples.size(), framesInOnePiece(&windows[0]));
-    for (std::size_t i = 0; i < held; ++i)
-        samples[i] = sixteenBits(windows[0].data[i * stride]);
-    return samples;
+std::string StoredWave::store(const VornWaveSequence& wave, const std::string& path,
+                              FileNames::Existing existing) {
+    return store(wave, path, existing, Shared<bool>(false));
 }
 
 std::string StoredWave::store(const VornWaveSequence& wave, const std::string& path,
-                              FileNames::Existing existing) {
+                              FileNames::Existing existing, const Shared<bool>& unwanted) {
     if (wave.sampleCount() > kMostFrames)
         return failure(path, "cannot be written: the sound is longer than a WAV file can be");
-    const auto samples = samplesOf(wave);
-    if (!samples)
+    const auto first = firstSampleOf(wave);
+    if (!first)
         return failure(path, "cannot be written: the sound is not loaded");
     AsideFile aside(path);
     if (!aside.error().empty())
         return aside.error();
     VornOutputAudioFile file(aside.path(), kWaveFileType, StreamDescription::sint16(1));
-    const auto bytes = static_cast<std::uint32_t>(samples->size() * sizeof(std::int16_t));
-    std::uint32_t written = bytes;
-    file.writePackets(samples->data(), 0, &written, nullptr);
+    const bool whole = writeSamples(*first, wave.sampleCount(), file, unwanted);
     if (const OSStatus status = file.close())
         return failure(path, audioFileWriteProblem(status));
-    if (written != bytes)
-        return failure(path, "cannot be written: not all of it was taken");
+    if (!whole)
+        return failure(path, unwanted ? "is not wanted any more"
+                                      : "cannot be written: not all of it was taken");
     if (existing == FileNames::Existing::replace)
         return aside.replaceTarget() ? "" : aside.error();
     const AsideFile::Put put = aside.putNew(path);

@@ -159,8 +159,14 @@ std::string WaveChoice::makeDataFolder() {
     return "";
 }
 
-void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
+void WaveChoice::choose(const std::shared_ptr<VornWave2>& wave) {
     ++m_choices;
+    giveToVoices(wave);
+    m_shownWave = m_currentWave;
+}
+
+void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
+    m_settle = nullptr;
     m_currentWave = VornWaveSequence::sequenceWithWave(wave);
     for (const auto& synth : m_voices.synths)
         synth->setWaveSource(wave);
@@ -169,7 +175,7 @@ void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
 void WaveChoice::use(const Loaded& loaded) {
     m_inUse = loaded;
     m_currentWaveFilename = loaded.filename;
-    giveToVoices(loaded.wave);
+    choose(loaded.wave);
 }
 
 std::optional<WaveChoice::Loaded> WaveChoice::inUse(const std::string& path) const {
@@ -180,7 +186,25 @@ std::optional<WaveChoice::Loaded> WaveChoice::inUse(const std::string& path) con
 void WaveChoice::useUnsaved(std::shared_ptr<VornWave2> wave) {
     m_inUse = {};
     m_currentWaveFilename.reset();
+    choose(wave);
+}
+
+void WaveChoice::showEdited(std::shared_ptr<VornWaveSequence> sound, std::function<void()> settle) {
+    m_inUse = {};
+    m_currentWaveFilename.reset();
+    m_shownWave = std::move(sound);
+    m_settle = std::move(settle);
+}
+
+void WaveChoice::useEdited(const std::shared_ptr<VornWave2>& wave, const Identity& identity) {
+    m_inUse = identity.inUse;
+    m_currentWaveFilename = identity.filename;
     giveToVoices(wave);
+}
+
+void WaveChoice::settle() {
+    while (const auto settle = std::exchange(m_settle, nullptr))
+        settle();  // may show another one instead
 }
 
 std::string WaveChoice::storeWave(const VornWaveSequence& wave, const std::string& path) {

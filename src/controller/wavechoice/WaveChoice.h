@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -69,8 +70,26 @@ class WaveChoice {
 
     /// Makes samples in memory (mono) the sound in use: it has no file until it is stored.
     void useUnsaved(std::shared_ptr<VornWave2> wave);
-    /// What the voices play; null before anything was chosen.
+    /// What the voices play, in one piece; null before anything was chosen.
     const std::shared_ptr<VornWaveSequence>& currentWave() const { return m_currentWave; }
+
+    /// Where the sound in use is stored, if it is.
+    struct Identity {
+        std::optional<std::string> filename = {};
+        Loaded inUse = {};
+    };
+    Identity identity() const { return {m_currentWaveFilename, m_inUse}; }
+    /// The sound in use was edited. It is shown at once, and has no file; the voices play what they
+    /// have until `useEdited`. Whoever stores the sound meanwhile calls `settle`, which calls
+    /// `useEdited` by way of this. Does not count as a choice.
+    void showEdited(std::shared_ptr<VornWaveSequence> sound, std::function<void()> settle);
+    /// The edited sound in one piece, for the voices, and where it is stored.
+    void useEdited(const std::shared_ptr<VornWave2>& wave, const Identity& identity);
+    /// Afterwards the voices play what is shown. An edit of a long sound is waited for.
+    void settle();
+    /// The sound in use as it was edited last.
+    const std::shared_ptr<VornWaveSequence>& shownWave() const { return m_shownWave; }
+
     /// After the sound in use was stored, under the file name it has now.
     void setCurrentWaveFilename(std::optional<std::string> filename) {
         m_currentWaveFilename = std::move(filename);
@@ -91,10 +110,13 @@ class WaveChoice {
     const std::optional<std::string>& currentWaveFilename() const { return m_currentWaveFilename; }
 
   private:
+    void choose(const std::shared_ptr<VornWave2>& wave);
     void giveToVoices(const std::shared_ptr<VornWave2>& wave);
 
     Voices& m_voices;
     std::shared_ptr<VornWaveSequence> m_currentWave;
+    std::shared_ptr<VornWaveSequence> m_shownWave;
+    std::function<void()> m_settle;  // null: the voices play what is shown
     std::optional<std::string> m_currentWaveFilename;
     Loaded m_inUse;
     std::uint64_t m_choices = 0;

@@ -79,18 +79,19 @@ void paintShadow(const QPainterPath& path, QImage& onto) {
 
 }  // namespace
 
-QPainterPath BubbleShape::outline(qreal width) {
+QPainterPath BubbleShape::outline(qreal width, qreal shift) {
     const qreal radius = width < kBodyHeight ? std::min(kCorner, width / 2) : kCorner;
     const qreal side = 2 * radius;
     const qreal middle = width / 2;
+    const qreal tip = middle + shift;
     QPainterPath path(QPointF(middle, 0));
     path.lineTo(radius, 0);
     path.arcTo(0, 0, side, side, 90, 90);
     path.lineTo(0, kBodyHeight - radius);
     path.arcTo(0, kBodyHeight - side, side, side, 180, 90);
-    path.lineTo(middle - kArrowHalfWidth, kBodyHeight);
-    path.lineTo(middle, kTip);
-    path.lineTo(middle + kArrowHalfWidth, kBodyHeight);
+    path.lineTo(tip - kArrowHalfWidth, kBodyHeight);
+    path.lineTo(tip, kTip);
+    path.lineTo(tip + kArrowHalfWidth, kBodyHeight);
     path.lineTo(width - radius, kBodyHeight);
     path.arcTo(width - side, kBodyHeight - side, side, side, 270, 90);
     path.lineTo(width, radius);
@@ -99,10 +100,10 @@ QPainterPath BubbleShape::outline(qreal width) {
     return path;
 }
 
-QImage BubbleShape::picture(QSizeF size, qreal scale) {
+QImage BubbleShape::picture(QSizeF size, qreal scale, qreal shift) {
     const QSizeF whole = size + QSizeF(2 * kShadowMargin, 2 * kShadowMargin);
     QImage picture = emptyPicture((whole * scale).toSize(), scale);
-    const QPainterPath path = outline(size.width());
+    const QPainterPath path = outline(size.width(), shift);
     paintShadow(path, picture);
     const QPainterPath lower = path.translated(0, 1);
     paintInside(lower, picture, [&lower](QPainter& painter) {

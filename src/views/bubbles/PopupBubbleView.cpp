@@ -5,6 +5,7 @@
 #include <QQuickWindow>
 #include <QSGImageNode>
 #include <QTimer>
+#include <algorithm>
 #include <cmath>
 
 #include "bubbles/BubbleShape.h"
@@ -14,6 +15,7 @@ namespace {
 constexpr QRectF kFirstFrame{0, 0, 128, 46};
 constexpr qreal kTextPadding = 16;  // both sides together
 constexpr qreal kTextMiddle = 19;   // of the body, without the arrow
+constexpr qreal kArrowRoom = 16;    // from the tip to the body's side, with its corner
 constexpr qreal kAboveAll = 1000;   // of what the container holds
 constexpr int kFadeMilliseconds = 200;
 constexpr int kGoneMilliseconds = 500;
@@ -77,13 +79,32 @@ void PopupBubbleView::setTarget(QQuickItem* target) {
 QPointF PopupBubbleView::arrowTarget() const {
     if (!m_target || parentItem() == nullptr)
         return {};
-    return m_target->mapFromItem(parentItem(), QPointF(x() + width() / 2, y() + height()));
+    const QPointF tip(x() + width() / 2 + m_shift, y() + height());
+    return m_target->mapFromItem(parentItem(), tip);
 }
 
 void PopupBubbleView::setArrowTarget(QPointF point) {
     const bool placed = m_target && parentItem() != nullptr;
     const QPointF tip = placed ? m_target->mapToItem(parentItem(), point) : QPointF();
     setPosition({tip.x() - width() / 2, tip.y() - height()});
+    shiftArrow(0);
+}
+
+void PopupBubbleView::keepInside() {
+    if (parentItem() == nullptr)
+        return;
+    const qreal most = std::max(0., parentItem()->width() - width());
+    const qreal inside = std::clamp(x(), 0., most);
+    const qreal reach = std::max(0., width() / 2 - kArrowRoom);
+    shiftArrow(std::clamp(m_shift + x() - inside, -reach, reach));
+    setX(inside);
+}
+
+void PopupBubbleView::shiftArrow(qreal shift) {
+    if (shift == m_shift)
+        return;
+    m_shift = shift;
+    redraw();
 }
 
 void PopupBubbleView::sizeToFit() {
@@ -108,7 +129,7 @@ void PopupBubbleView::dismiss() {
 }
 
 QPainterPath PopupBubbleView::newBubblePath() const {
-    return BubbleShape::outline(width());
+    return BubbleShape::outline(width(), m_shift);
 }
 
 void PopupBubbleView::setFrame(const QRectF& frame) {
@@ -154,7 +175,8 @@ QSGNode* PopupBubbleView::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     }
     const qreal margin = BubbleShape::kShadowMargin;
     const qreal scale = window()->effectiveDevicePixelRatio();
-    node->setTexture(window()->createTextureFromImage(BubbleShape::picture(size(), scale)));
+    node->setTexture(
+        window()->createTextureFromImage(BubbleShape::picture(size(), scale, m_shift)));
     node->setRect(boundingRect().adjusted(-margin, -margin, margin, margin));
     m_redraw = false;
     return node;

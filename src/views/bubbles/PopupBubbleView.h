@@ -42,6 +42,9 @@ class PopupBubbleView : public QQuickItem {
     /// while there is no container or no target.
     QPointF arrowTarget() const;
     void setArrowTarget(QPointF point);
+    /// Moves the bubble sideways until it lies within its container; the arrow stays where it
+    /// points, as far as the body reaches.
+    void keepInside();
 
     /// As wide as the text needs, about the same middle.
     Q_INVOKABLE void sizeToFit();
@@ -64,11 +67,13 @@ class PopupBubbleView : public QQuickItem {
 
   private:
     void setFrame(const QRectF& frame);
+    void shiftArrow(qreal shift);
     void fadeTo(qreal opacity);
     void redraw();
 
     BubbleLabel* m_textLabel;
     QPointer<QQuickItem> m_target;
     QColor m_colour;
+    qreal m_shift = 0;  // of the arrow, from the middle
     bool m_redraw = true;
 };

@@ -76,6 +76,13 @@ struct WaveHearingForeign {
     QML_UNCREATABLE("is given")
 };
 
+struct WaveEditorForeign {
+    Q_GADGET
+    QML_FOREIGN(WaveEditor)
+    QML_NAMED_ELEMENT(WaveEditor)
+    QML_UNCREATABLE("is given")
+};
+
 struct TakeScreenForeign {
     Q_GADGET
     QML_FOREIGN(TakeScreen)

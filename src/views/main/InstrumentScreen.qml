@@ -8,6 +8,9 @@ FocusScope {
 
     required property OmbrixViewController controller
 
+    /// Where sheets lie that leave toolbar and keys in use.
+    readonly property rect aboveKeys: Qt.rect(gap, toolBar.height, width - 2 * gap, piano.y - toolBar.height - gap)
+
     readonly property int gap: Theme.grid
     readonly property int panelHeight: 108
     /// Dials in the first row left of the envelope; the gaps between its panels come on top.

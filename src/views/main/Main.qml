@@ -47,6 +47,7 @@ Window {
         function onAnnounced(text) { announcer.announce(text) }
     }
     Screens {
+        aboveKeys: scene.aboveKeys
         anchors.fill: parent
         controller: window.controller
     }

@@ -24,6 +24,7 @@ Item {
     Shortcut { sequences: [StandardKey.Open]; onActivated: root.open() }
     Shortcut { sequences: [StandardKey.Save]; onActivated: root.controller.toolbarSaveClicked() }
     Shortcut { sequence: "Ctrl+R"; onActivated: root.controller.performance.toolbarRecordClicked() }
+    Shortcut { sequence: "Ctrl+E"; onActivated: root.controller.editClicked() }
     Shortcut { sequence: "Ctrl+,"; onActivated: root.controller.toolbarSettingsClicked() }
     Shortcut { sequence: "F1"; onActivated: root.controller.helpClicked() }
     Shortcut { sequence: "F11"; onActivated: root.toggleFullScreen() }

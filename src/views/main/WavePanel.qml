@@ -50,6 +50,13 @@ Panel {
             Accessible.onScrollLeftAction: view.scrollBy(-view.width / 2)
             Accessible.onScrollRightAction: view.scrollBy(view.width / 2)
         }
+        WaveRange {
+            anchors.fill: view
+            objectName: "waveRange"
+            selection: root.controller.selection
+            view: view
+            visible: !root.wave.loading
+        }
         Rectangle {
             anchors { fill: view }
             border { color: Theme.cream; width: Theme.focusLine }

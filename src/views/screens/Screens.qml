@@ -7,6 +7,8 @@ Item {
     id: root
 
     required property OmbrixViewController controller
+    /// The room between toolbar and keys, in points of the scene.
+    required property rect aboveKeys
 
     ScreenPopover { controller: root.controller; tag: "pset"; anchor: "presetButton"; screen: Component { ItemPicker {} } }
     ScreenPopover { controller: root.controller; tag: "gmod"; anchor: "grainModeButton"; fromBelow: true; screen: Component { ItemPicker {} } }
@@ -15,6 +17,7 @@ Item {
     ScreenPopover { controller: root.controller; tag: "recp"; anchor: "recordButton"; screen: Component { PerformanceComplete {} } }
 
     SettingsPopover { controller: root.controller }
+    EditPopover { controller: root.controller; area: root.aboveKeys }
 
     Alert { alert: root.controller.alert }
 }
