@@ -28,6 +28,7 @@ Panel {
             backgroundTop: Theme.waveTop
             headColour: Theme.readHead
             hearing: root.controller.hearing
+            enabled: !root.controller.take.recording
             interactions: 7
             labelColour: Theme.creamDim
             lineColour: Theme.line
