@@ -120,6 +120,31 @@ TEST_F(ScreensTest, settings) {
     expectLook("settings-below");
 }
 
+TEST_F(ScreensTest, edit) {
+    open();
+    tap("editButton");
+    WaveSelection& selection = *controller().selection();
+    const int length = selection.length();
+    selection.select(length / 5, length / 2);
+    tap("reverseButton");
+    ASSERT_TRUE(instrument().comesTo([this] { return !controller().editor()->working(); }));
+    instrument().pass(kFaded);
+    expectLook("edit");
+    tap("cropButton");
+    EXPECT_EQ(selection.length(), length / 2 - length / 5);
+    QTest::keySequence(&instrument().window(), QKeySequence("Ctrl+Z"));
+    EXPECT_EQ(selection.length(), length);
+    QTest::keyClick(&instrument().window(), Qt::Key_Delete);
+    EXPECT_EQ(selection.length(), length - length / 2 + length / 5);
+    QTest::keySequence(&instrument().window(), QKeySequence("Ctrl+Z"));
+    instrument().window().resize(1024, 700);
+    instrument().pass(kFaded);
+    expectLook("edit-small");
+    tap("editDoneButton");
+    EXPECT_FALSE(instrument().has("cropButton"));
+    EXPECT_EQ(controller().editor()->undoText(), "Undo Reverse");
+}
+
 TEST_F(ScreensTest, playing) {
     open();
     Fingers& fingers = instrument().fingers();

@@ -41,7 +41,7 @@ Edited withInPlace(const VornWaveSequence& sound, const EditSpan& span,
 }  // namespace
 
 std::string SoundEdits::emptyFault(const EditSpan& span) {
-    return span.empty() ? "Nothing is selected: drag over the wave's ends to select a part." : "";
+    return span.empty() ? "Nothing is selected: drag the handles at the wave's ends." : "";
 }
 
 Edited SoundEdits::crop(const VornWaveSequence& sound, const EditSpan& span) {

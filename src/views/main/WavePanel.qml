@@ -21,48 +21,11 @@ Panel {
         color: Theme.ground
         radius: Theme.halfGrid
 
-        WaveView2 {
-            id: view
+        SoundView {
             anchors { fill: parent; margins: Theme.hairline }
-            backgroundBottom: Theme.ground
-            backgroundTop: Theme.waveTop
-            headColour: Theme.readHead
-            hearing: root.controller.hearing
+            controller: root.controller
+            names: "wave"
             enabled: !root.controller.take.recording
-            interactions: 7
-            labelColour: Theme.creamDim
-            lineColour: Theme.line
-            motion: Theme.motion
-            objectName: "waveView"
-            opacity: root.wave.loading ? 0.3 : 1
-            playHeadColour: Theme.cream
-            sampleColour: Theme.cream
-            voices: root.controller.voices
-            wave: root.wave
-            waveColour: Theme.amber
-
-            Accessible.role: Accessible.Graphic
-            Accessible.name: qsTr("Sound: %1").arg(root.wave.name)
-            Accessible.description: qsTr("A tap plays from there, a held finger scrubs. Arrow keys scroll, plus and minus zoom, Home shows all.")
-            Accessible.focusable: true
-            Accessible.onDecreaseAction: view.zoomBy(1 / Math.SQRT2)
-            Accessible.onIncreaseAction: view.zoomBy(Math.SQRT2)
-            Accessible.onScrollLeftAction: view.scrollBy(-view.width / 2)
-            Accessible.onScrollRightAction: view.scrollBy(view.width / 2)
-        }
-        WaveRange {
-            anchors.fill: view
-            objectName: "waveRange"
-            selection: root.controller.selection
-            view: view
-            visible: !root.wave.loading
-        }
-        Rectangle {
-            anchors { fill: view }
-            border { color: Theme.cream; width: Theme.focusLine }
-            color: "transparent"
-            radius: Theme.halfGrid
-            visible: view.focusVisible
         }
         Rectangle {
             color: Theme.ground
@@ -82,6 +45,15 @@ Panel {
             width: Math.min(implicitWidth, parent.width - 2 * x)
             x: Theme.grid
             y: Theme.halfGrid
+        }
+        PushButton {
+            anchors { right: parent.right; rightMargin: Theme.halfGrid; top: parent.top }
+            objectName: "editButton"
+            picture: "edit.png"
+            spoken: qsTr("Edit the sound")
+            text: qsTr("Edit")
+            visible: !root.controller.take.recording && !root.wave.loading
+            onClicked: root.controller.editClicked()
         }
         LoadingNotice {
             anchors.centerIn: parent

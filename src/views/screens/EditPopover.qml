@@ -11,13 +11,14 @@ ScreenPopover {
 
     tag: "edit"
     closedElsewhere: false
-    height: area.height
-    width: area.width
     x: area.x * scale
     y: area.y * scale
+    // What is closed has no size: it would take touches where it will lie.
     screen: Component {
         EditSheet {
             controller: root.controller
+            implicitHeight: root.area.height - root.topPadding - root.bottomPadding
+            implicitWidth: root.area.width - root.leftPadding - root.rightPadding
             onDone: root.presentation.dismiss()
         }
     }

@@ -33,6 +33,12 @@ Item {
         clip: true
         color: Theme.ground
         radius: Theme.halfGrid
+
+        SoundView {
+            anchors { fill: parent; margins: Theme.hairline }
+            controller: root.controller
+            names: "edit"
+        }
     }
     EditNotice {
         anchors.centerIn: frame
@@ -45,6 +51,13 @@ Item {
         visible: root.controller.wave.loading
         wave: root.controller.wave
         width: Math.min(48 * Theme.grid, frame.width - 4 * Theme.grid)
+    }
+    // The one of the screen lies below.
+    NoticeBar {
+        anchors { horizontalCenter: parent.horizontalCenter; top: frame.top; topMargin: Theme.grid }
+        text: root.controller.notices.text
+        width: Math.min(implicitWidth, frame.width - 2 * Theme.grid)
+        onClosed: root.controller.notices.close()
     }
     EditTools {
         id: tools

@@ -22,12 +22,3 @@ int WaveRangeEdges::snapped(const WaveAccess& sound, int frame, int within) cons
         ZeroCrossings::nearest(sound, std::uint32_t(frame), std::uint32_t(within));
     return crossing ? int(*crossing) : frame;
 }
-
-QString waveTimeText(int frames) {
-    constexpr qint64 kFramesPerSecond = 44100;
-    const qint64 all = (qint64(frames) * 1000 + kFramesPerSecond / 2) / kFramesPerSecond;
-    return QStringLiteral("%1:%2.%3")
-        .arg(all / 60000)
-        .arg(all / 1000 % 60, 2, 10, QLatin1Char('0'))
-        .arg(all % 1000, 3, 10, QLatin1Char('0'));
-}

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QString>
-
 #include "WaveAccess.h"
 
 /// A selected stretch whose edges are moved by hand, in frames of a sound of `length`. [any thread]
@@ -20,6 +18,3 @@ struct WaveRangeEdges {
     /// frames; else the same. The sound's ends stay.
     int snapped(const WaveAccess& sound, int frame, int within) const;
 };
-
-/// "m:ss.mmm" of a place or a length in frames at 44100 Hz.
-QString waveTimeText(int frames);

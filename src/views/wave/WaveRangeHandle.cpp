@@ -8,6 +8,7 @@
 #include "artwork/Picture.h"
 #include "dial/Announcement.h"
 #include "keyboard/AccessibleItem.h"
+#include "screens/WaveTime.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ void WaveRangeHandle::place(qreal edgeX, qreal y, bool inView) {
 }
 
 void WaveRangeHandle::tell(int frame, int length) {
-    const QString text = waveTimeText(frame);
+    const QString text = WaveTime::text(frame);
     const qreal now = frame / kFramesPerSecond;
     const qreal most = length / kFramesPerSecond;
     if (now == m_value && most == m_maximum && text == m_text)

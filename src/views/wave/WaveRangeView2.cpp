@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "keyboard/PixelScale.h"
+#include "screens/WaveTime.h"
 
 namespace {
 
@@ -92,7 +93,7 @@ bool WaveRangeView2::isHeld() const {
 }
 
 QString WaveRangeView2::lengthText() const {
-    return m_selection ? waveTimeText(m_selection->stop() - m_selection->start()) : QString();
+    return m_selection ? WaveTime::text(m_selection->stop() - m_selection->start()) : QString();
 }
 
 bool WaveRangeView2::mayBeMoved() const {
