@@ -86,7 +86,7 @@ void lookAround(Walk& walk, Explorer& explorer) {
     walk.show("scrolled", [&] {
         const int before = explorer.view().viewStart();
         walk.instrument().drag(explorer.at(0.8), explorer.at(0.2));
-        walk.instrument().pass(0.5);
+        walk.instrument().pass(3);  // it goes on by itself for a while
         walk.expect("later samples are seen", explorer.view().viewStart() > before);
     });
     walk.show("all of it again", [&] {
