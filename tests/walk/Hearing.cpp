@@ -39,10 +39,7 @@ Heard::Heard(std::span<const float> mono) {
     std::span rest(onset, mono.end());
     for (; rest.size() >= kStretch; rest = rest.subspan(kStretch)) {
         m_stretches.push_back(measure(rest.first(kStretch)));
-        double sum = 0;
-        for (const float frame : rest.first(kStretch))
-            sum += double(frame) * frame;
-        m_level = std::max(m_level, decibels(sum / kStretch));
+        m_level = std::max(m_level, m_stretches.back().level);
     }
 }
 
@@ -54,29 +51,35 @@ Heard::Stretch Heard::measure(std::span<const float> frames) {
         for (int part = 0; part < 4; ++part)
             power +=
                 powerAt(kLowest * std::exp2((double(band) + part / 4.0) / kBandsPerOctave), frames);
-        stretch[band] = decibels(power);
+        stretch.bands[band] = decibels(power);
     }
+    double sum = 0;
+    for (const float frame : frames)
+        sum += double(frame) * frame;
+    stretch.level = decibels(sum / double(frames.size()));
     return stretch;
 }
 
 double Heard::differenceTo(const Heard& other) const {
     const std::size_t count = std::max(m_stretches.size(), other.m_stretches.size());
-    double sum = 0;
-    int compared = 0;
-    const auto levelOf = [](const Heard& heard, std::size_t stretch, std::size_t band) {
-        return stretch < heard.m_stretches.size()
-                   ? std::max(heard.m_stretches[stretch][band], kFloor)
-                   : kFloor;
-    };
-    for (std::size_t stretch = 0; stretch < count; ++stretch) {
-        for (std::size_t band = 0; band < kBands; ++band) {
-            const double ours = levelOf(*this, stretch, band);
-            const double theirs = levelOf(other, stretch, band);
-            if (ours <= kFloor && theirs <= kFloor)
-                continue;
-            sum += std::abs(ours - theirs);
-            ++compared;
-        }
+    Mean bands, levels;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Stretch ours = stretch(i);
+        const Stretch theirs = other.stretch(i);
+        for (std::size_t band = 0; band < kBands; ++band)
+            bands.add(ours.bands[band], theirs.bands[band]);
+        levels.add(ours.level, theirs.level);
     }
-    return compared ? sum / compared : 0;
+    return std::max(bands.difference(), levels.difference());
+}
+
+Heard::Stretch Heard::stretch(std::size_t index) const {
+    return index < m_stretches.size() ? m_stretches[index] : Stretch();
+}
+
+void Heard::Mean::add(double ours, double theirs) {
+    if (ours <= kFloor && theirs <= kFloor)
+        return;
+    sum += std::abs(std::max(ours, kFloor) - std::max(theirs, kFloor));
+    ++count;
 }

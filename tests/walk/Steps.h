@@ -13,6 +13,8 @@ void keepAPreset(Walk& walk);
 void changeEverySetting(Walk& walk);
 /// `tone` is a sound file that the microphone is to hear.
 void recordATake(Walk& walk, const std::string& tone);
+/// `folder` takes a sound of twenty minutes.
+void exploreAWave(Walk& walk, const std::string& folder);
 void recordAPerformance(Walk& walk);
 void followTheTutorial(Walk& walk);
 void startAgain(Walk& walk);

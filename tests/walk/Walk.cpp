@@ -104,6 +104,15 @@ void Walk::step(const std::string& name, Effect effect, const std::function<void
     m_phrases.push_back({name, effect, from, m_ears.now()});
 }
 
+void Walk::hear(const std::string& name, const std::function<void()>& action) {
+    listenAgain();
+    controller().silence();
+    m_instrument->pass(0.2);
+    const double from = m_ears.now();
+    begin(name, action);
+    m_listened.push_back({name, from, m_ears.now()});
+}
+
 void Walk::picture(const std::string& name) {
     char file[256];
     std::snprintf(file, sizeof file, "%s/%02d %s.png", m_folder.c_str(), ++m_pictures,
@@ -149,6 +158,12 @@ bool Walk::tell() const {
                                                      : "  <- not heard");
         good = good && right;
         before = heard;
+    }
+    for (const Listened& listened : m_listened) {
+        const Heard heard(m_ears.heard(listened.from, listened.to));
+        std::printf("%-44s %5.1f dB%s\n", listened.name.c_str(), heard.level(),
+                    heard.silent() ? "  <- not heard" : "");
+        good = good && !heard.silent();
     }
     for (const Recorded& recorded : m_recorded)
         good = tellRecorded(recorded) && good;

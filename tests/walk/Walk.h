@@ -29,6 +29,8 @@ class Walk {
     void step(const std::string& name, Effect effect, const std::function<void()>& action);
     /// Does something that is not to be heard.
     void show(const std::string& name, const std::function<void()>& action);
+    /// Does something that is to be heard while it is done.
+    void hear(const std::string& name, const std::function<void()>& action);
     /// Something that must be true.
     void expect(const std::string& what, bool truth);
     /// The same, within some seconds.
@@ -52,6 +54,11 @@ class Walk {
         double from;  // seconds
         double to;
     };
+    struct Listened {
+        std::string name;
+        double from;
+        double to;
+    };
     struct Recorded {
         std::string file;
         double from;
@@ -67,6 +74,7 @@ class Walk {
     std::string m_folder;
     std::unique_ptr<InstrumentWindow> m_instrument;
     std::vector<Phrase> m_phrases;
+    std::vector<Listened> m_listened;
     std::vector<Recorded> m_recorded;
     std::vector<std::string> m_failures;
     int m_pictures = 0;

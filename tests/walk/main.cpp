@@ -38,6 +38,7 @@ bool walkThrough(const WindowSession& session, const std::string& folder) {
     dragTheEnvelope(walk);
     recordATake(walk, makeTone(session.folder().file("")));
     pickEveryGrainMode(walk);
+    exploreAWave(walk, session.folder().file(""));
     keepAPreset(walk);
     recordAPerformance(walk);
     changeEverySetting(walk);

@@ -227,7 +227,7 @@ TEST_F(ScreensTest, waveAtFiveZooms) {
     controller().openFiles({QString::fromStdString(file)});
     ASSERT_TRUE(instrument().comesTo([this] { return controller().wave()->name() == "Bells"; }));
     auto& view = static_cast<WaveView2&>(instrument().item("waveView"));
-    constexpr int kFrom = 265'000;
+    constexpr int kFrom = 264'596;
     const std::pair<const char*, int> zooms[] = {{"wave-all", 20 * 44100},
                                                  {"wave-seconds", 3 * 44100},
                                                  {"wave-milliseconds", 4410},

@@ -1,6 +1,11 @@
 #include "InstrumentWindow.h"
 
+#include <qpa/qplatformdrag.h>
+#include <qpa/qwindowsysteminterface.h>
+
+#include <QMimeData>
 #include <QTest>
+#include <QUrl>
 #include <stdexcept>
 
 InstrumentWindow::InstrumentWindow(QSize size) {
@@ -68,6 +73,17 @@ void InstrumentWindow::drag(QPoint from, QPoint to, int moves) {
         pass(0.016);
     }
     m_fingers->release(0);
+    pass(0.05);
+}
+
+void InstrumentWindow::drop(const QString& path, QPoint at) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    const auto over = [&](auto event) {
+        event(&window(), &data, at, Qt::CopyAction, Qt::LeftButton, Qt::NoModifier);
+    };
+    over(QWindowSystemInterface::handleDrag);
+    over(QWindowSystemInterface::handleDrop);
     pass(0.05);
 }
 

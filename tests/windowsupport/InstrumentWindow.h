@@ -34,6 +34,9 @@ class InstrumentWindow {
     /// One finger goes from here to there in so many moves.
     void drag(QPoint from, QPoint to, int moves = 10);
 
+    /// Another program's file is dragged over the window and let go of.
+    void drop(const QString& path, QPoint at);
+
     /// Lets the program live for so long.
     void pass(double seconds);
     /// Whether it becomes true within some seconds.

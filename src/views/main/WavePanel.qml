@@ -25,6 +25,7 @@ Panel {
             anchors { fill: parent; margins: Theme.hairline }
             controller: root.controller
             names: "wave"
+            enabled: !root.controller.take.recording
         }
         Rectangle {
             color: Theme.ground

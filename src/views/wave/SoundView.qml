@@ -43,7 +43,7 @@ Item {
         objectName: root.names + "Range"
         selection: root.controller.selection
         view: view
-        visible: !root.wave.loading
+        visible: root.enabled && !root.wave.loading
     }
     Rectangle {
         anchors.fill: view
