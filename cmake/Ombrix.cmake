@@ -24,6 +24,11 @@ function(ombrix_library name)
   target_link_libraries(${name} PUBLIC ombrix_options ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE})
 endfunction()
 
+# Where several sources are built at once, what one names for itself may stand before the local names
+# of the next one: that is no shadowing. Linked last, so that it is the last word.
+add_library(ombrix_unity INTERFACE)
+target_compile_options(ombrix_unity INTERFACE -Wno-shadow)
+
 # ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. It looks for new headers only
 # when its timestamp is gone, so the globbed sources are compared with those of the last time.
 function(ombrix_moc target)
@@ -43,5 +48,6 @@ function(ombrix_moc target)
   get_target_property(type ${target} TYPE)
   if(OMBRIX_UNITY AND type STREQUAL STATIC_LIBRARY)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+    target_link_libraries(${target} PRIVATE ombrix_unity)
   endif()
 endfunction()
