@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qreal kLine = 2;
+constexpr qreal kEdgeLine = 2;
 // The handles lie above each other, so that both can be reached wherever the edges are: the one of
 // the start below the sound's name, the one of the stop above the ruler.
 constexpr qreal kHandleInset = 20;
@@ -150,8 +150,8 @@ QSGNode* WaveRangeView2::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     const qreal to = whole(m_selected.right());
     const qreal height = m_selected.height();
     const auto line = [&](WaveRangeEdges::Edge edge, qreal x) {
-        const qreal left = std::clamp(x - kLine / 2, 0., std::max(0., width() - kLine));
-        return isInView(edges().at(edge)) ? QRectF(whole(left), 0, kLine, height) : QRectF();
+        const qreal left = std::clamp(x - kEdgeLine / 2, 0., std::max(0., width() - kEdgeLine));
+        return isInView(edges().at(edge)) ? QRectF(whole(left), 0, kEdgeLine, height) : QRectF();
     };
     node->show(0, {0, 0, from, height}, m_shadeColour);
     node->show(1, {to, 0, width() - to, height}, m_shadeColour);
