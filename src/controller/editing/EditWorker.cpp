@@ -26,7 +26,7 @@ struct EditWorker::Job {
 
     std::mutex mutex;
     std::condition_variable changed;
-    EditWorker* owner;  // null: it has gone
+    EditWorker* owner;  // null: it has gone, or has heard of the end [main]
     bool isOver = false;
 
     Job(EditWorker* from, Work what, Done then)
@@ -85,14 +85,13 @@ void EditWorker::startWanted() {
     }
 }
 
-/// Called twice for work that was waited for.
+/// The report of work that was waited for is still to come, and finds nobody.
 void EditWorker::ended(Job& job) {
     const auto isIt = [&](const auto& running) { return running.get() == &job; };
     const auto found = std::ranges::find_if(m_running, isIt);
-    if (found == m_running.end())
-        return;
     const auto kept = *found;  // the job lives to the end of this
     m_running.erase(found);
+    job.owner = nullptr;
     if (m_wanted == kept) {
         m_wanted.reset();
         job.done();
