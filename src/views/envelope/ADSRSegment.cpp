@@ -7,7 +7,7 @@ namespace {
 
 constexpr float kBarStep = 3;
 const QColor kTextColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f);
-const QColor kLabelColour = QColor::fromRgbF(1.0f, 0.9f, 0.4f, 0.75f);
+const QColor kLabelColour = QColor::fromRgbF(0.75f, 0.675f, 0.3f);
 
 /// Device pixels in a point.
 double pixels(const QPainter& painter) {

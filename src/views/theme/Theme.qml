@@ -19,7 +19,9 @@ QtObject {
     /// Behind a wave, at its top; at its bottom is the ground.
     readonly property color waveTop: "#1b170f"
     /// Where a voice reads the sound.
-    readonly property color readHead: Qt.rgba(1.0, 0.964, 0.847, 0.35)
+    // Opaque: the software renderer fills what shines through with several threads, and waits for
+    // them at each of two dozen lines.
+    readonly property color readHead: Qt.rgba(0.5, 0.482, 0.424, 1)
     readonly property color shadow: "#80000000"
     readonly property real disabledOpacity: 0.4
 
