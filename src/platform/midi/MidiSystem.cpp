@@ -28,10 +28,15 @@ bool MidiSystem::available() {
 }
 
 MIDIClientRef MidiSystem::addClient(MIDINotifyProc callback, void* refCon) {
-    std::lock_guard guard(m_mutex);
-    const MIDIClientRef client = ++m_lastRef;
-    m_clients[client] = {callback, refCon};
-    if (m_clients.size() == 1)
+    MIDIClientRef client;
+    bool first;
+    {
+        std::lock_guard guard(m_mutex);
+        client = ++m_lastRef;
+        first = m_clients.empty();
+        m_clients[client] = {callback, refCon};
+    }
+    if (first)
         startBackends();
     return client;
 }
@@ -57,14 +62,18 @@ OSStatus MidiSystem::removeClient(MIDIClientRef client) {
     return noErr;
 }
 
+/// Back ends are started and stopped outside the mutex: they may tell something meanwhile.
 void MidiSystem::startBackends() {
+    std::vector<std::shared_ptr<MidiBackend>> started;
     for (const MidiBackends::Maker& make : MidiBackends::all())
-        m_backends.push_back(make());
-    for (std::size_t i = 0; i < m_backends.size(); ++i)
-        m_backends[i]->start(*this, m_firstBackend + i);
+        started.push_back(make());
+    std::unique_lock held(m_mutex);
+    m_backends = started;
+    held.unlock();
+    for (std::size_t i = 0; i < started.size(); ++i)
+        started[i]->start(*this, m_firstBackend + i);
 }
 
-/// Outside the mutex: a back end that is stopped may be about to tell something.
 void MidiSystem::stopBackends() {
     std::vector<std::shared_ptr<MidiBackend>> stopped;
     {
