@@ -140,4 +140,5 @@ TEST_F(JackMidiTest, theClientThatPlaysHasTheVirtualPortAndAPulledCableLeavesNoN
     m_presses = 0;
     ASSERT_TRUE(comesTrue([&] { return m_presses > 0; }));
     device.stop();
+    player->terminate();  // a server waits long for one that was killed
 }
