@@ -1,5 +1,6 @@
 #include <optional>
 
+#include "midi/backends/AlsaMidi.h"
 #include "midi/backends/JackMidi.h"
 #include "midi/backends/MidiBackend.h"
 
@@ -10,7 +11,8 @@ std::optional<std::vector<MidiBackends::Maker>> inPlace;
 std::vector<MidiBackends::Maker> MidiBackends::all() {
     if (inPlace)
         return *inPlace;
-    return {[] { return std::make_shared<JackMidi>(); }};
+    return {[] { return std::make_shared<JackMidi>(); },
+            [] { return std::make_shared<AlsaMidi>(); }};
 }
 
 void MidiBackends::use(std::vector<Maker> makers) {
