@@ -7,6 +7,7 @@
 
 #include "JackServer.h"
 #include "ScratchFolder.h"
+#include "StormClient.h"
 #include "audiounits/devices/JackDevice.h"
 #include "log/Log.h"
 #include "midi/MidiInput.h"
@@ -103,7 +104,30 @@ TEST_F(JackMidiTest, programsThatComeAreHeardAndThoseThatGoLeaveNoNote) {
                                              testing::Contains("Lost source one:out")));
 }
 
+TEST_F(JackMidiTest, aStormIsPlayedAndLeavesNoNoteThoughItsPortComesAndGoes) {
+    m_server.start();
+    StormClient storm("storm");
+    storm.setMessagesPerCycle(1200);  // 100,000 a second
+    for (int again = 0; again < 100; ++again) {
+        storm.plug();
+        for (const auto end = Steady::now() + 10ms; Steady::now() < end;)
+            RunLoop::main().turn();
+        if (again % 20 == 19) {
+            const int before = m_presses;
+            EXPECT_TRUE(comesTrue([&] { return m_presses > before; })) << "round " << again;
+        }
+        storm.pull();
+    }
+    EXPECT_TRUE(comesTrue([&] { return m_midi.hub().sources().empty() && allReleased(); }));
+    storm.plug();
+    const int before = m_presses;
+    EXPECT_TRUE(comesTrue([&] { return m_presses > before + 100; }));
+    storm.setReleasing(true);
+    EXPECT_TRUE(comesTrue([&] { return allReleased(); }));
+}
+
 TEST_F(JackMidiTest, aServerThatDiesLeavesNoNoteAndIsPlayedOverAgain) {
+    testing::internal::CaptureStderr();
     for (int life = 0; life < 2; ++life) {
         m_server.start(44100, life ? 256 : 1024);
         const auto player = sequencer("one", 60);
@@ -111,6 +135,7 @@ TEST_F(JackMidiTest, aServerThatDiesLeavesNoNoteAndIsPlayedOverAgain) {
         m_server.process().kill();
         ASSERT_TRUE(comesTrue([&] { return allReleased() && m_midi.hub().sources().empty(); }));
     }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(JackMidiTest, theClientThatPlaysHasTheVirtualPortAndAPulledCableLeavesNoNote) {
