@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr double kLookSeconds = 1.0 / 60;
+constexpr double kHeadLookSeconds = 1.0 / 60;
 constexpr double kNowhere = -1;
 
 std::uint32_t unsignedFrame(int frame) {
@@ -54,7 +54,7 @@ void WaveHearing::playFrom(int frame, int to) {
     m_audition->play(heard, {.from = unsignedFrame(frame), .gain = kGain});
     m_head.begin(frame, Clock::monotonic());
     if (!m_looks)
-        m_looks = RunLoop::main().callEvery(kLookSeconds, [this] { look(); });
+        m_looks = RunLoop::main().callEvery(kHeadLookSeconds, [this] { look(); });
     show(true, frame);
 }
 
