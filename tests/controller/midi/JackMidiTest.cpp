@@ -107,7 +107,7 @@ TEST_F(JackMidiTest, programsThatComeAreHeardAndThoseThatGoLeaveNoNote) {
 TEST_F(JackMidiTest, aStormIsPlayedAndLeavesNoNoteThoughItsPortComesAndGoes) {
     m_server.start();
     StormClient storm("storm");
-    storm.setMessagesPerCycle(1200);  // 100,000 a second
+    storm.setRate(100000);
     for (int again = 0; again < 100; ++again) {
         storm.plug();
         for (const auto end = Steady::now() + 10ms; Steady::now() < end;)

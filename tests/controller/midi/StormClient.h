@@ -7,7 +7,7 @@
 #include "audiounits/devices/JackLibrary.h"
 
 /// A foreign JACK client with one MIDI port that it registers and gives up at will, and on which it
-/// plays as many messages a cycle as it is told: random notes of all channels, half of them
+/// plays as many messages a second as it is told: random notes of all channels, half of them
 /// releases.
 class StormClient {
   public:
@@ -35,7 +35,7 @@ class StormClient {
         }
         m_jack.jack_port_unregister(m_client, port);
     }
-    void setMessagesPerCycle(int messages) { m_messages = messages; }
+    void setRate(double messagesPerSecond) { m_rate = messagesPerSecond; }
     /// From now on all notes are released, one after the other.
     void setReleasing(bool on) { m_releasing = on; }
     std::uint64_t played() const { return m_played; }
@@ -49,7 +49,9 @@ class StormClient {
     }
     void fill(void* buffer, std::uint32_t frames) {
         m_jack.jack_midi_clear_buffer(buffer);
-        const auto count = static_cast<std::uint32_t>(m_messages.load());
+        m_due += m_rate * frames / m_jack.jack_get_sample_rate(m_client);
+        const auto count = static_cast<std::uint32_t>(m_due);
+        m_due -= count;
         for (std::uint32_t i = 0; i < count; ++i) {
             const auto channel = static_cast<jack_midi_data_t>(m_random() % 16);
             const bool down = !m_releasing && m_random() % 2;
@@ -65,7 +67,8 @@ class StormClient {
     std::atomic<jack_port_t*> m_port{nullptr};
     std::atomic<bool> m_inCycle{false};
     std::atomic<bool> m_releasing{false};
-    std::atomic<int> m_messages{0};
+    std::atomic<double> m_rate{0};
+    double m_due = 0;  // messages, of the cycle
     std::atomic<std::uint64_t> m_played{0};
     std::mt19937 m_random{17};
     unsigned m_next = 0;

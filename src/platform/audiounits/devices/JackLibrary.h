@@ -11,13 +11,11 @@
     FUNCTION(jack_client_open)                    \
     FUNCTION(jack_connect)                        \
     FUNCTION(jack_deactivate)                     \
-    FUNCTION(jack_frames_to_time)                 \
     FUNCTION(jack_free)                           \
     FUNCTION(jack_get_buffer_size)                \
     FUNCTION(jack_get_ports)                      \
     FUNCTION(jack_get_sample_rate)                \
     FUNCTION(jack_is_realtime)                    \
-    FUNCTION(jack_last_frame_time)                \
     FUNCTION(jack_midi_clear_buffer)              \
     FUNCTION(jack_midi_event_get)                 \
     FUNCTION(jack_midi_event_write)               \

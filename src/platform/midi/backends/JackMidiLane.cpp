@@ -1,6 +1,7 @@
 #include "midi/backends/JackMidiLane.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "midi/MidiMessages.h"
 #include "midi/MidiPacketList.h"
@@ -10,9 +11,14 @@ namespace {
 constexpr std::uint8_t kExclusive = 0xF0;
 constexpr std::uint8_t kEndOfExclusive = 0xF7;
 
-/// Nanoseconds of a frame; the server tells microseconds of the same clock as ours.
-MIDITimeStamp timeOf(const JackLibrary& jack, jack_client_t* client, jack_nframes_t frame) {
-    return jack.jack_frames_to_time(client, frame) * 1000;
+constexpr double kNanoseconds = 1e9;
+
+/// The clock is read without a system call. The server's own estimate of a frame's time is off by
+/// tenths of a second after it has lost periods.
+MIDITimeStamp now() noexcept {
+    const auto time = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<MIDITimeStamp>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
 }
 
 /// Length of the first message of a packet: a JACK event is one message.
@@ -34,23 +40,32 @@ bool JackMidiLane::cycle(const JackLibrary& jack, jack_client_t* client,
     if (!buffer)
         return false;
     if (m_lane.toUs)
-        return hear(jack, client, buffer);
+        return hear(jack, client, frames, buffer);
     speak(jack, buffer);
     return false;
 }
 
-bool JackMidiLane::hear(const JackLibrary& jack, jack_client_t* client, void* buffer) noexcept {
-    const jack_nframes_t start = jack.jack_last_frame_time(client);
+/// What is heard in a cycle has come during the one before. Times never go back, though cycles may
+/// begin late.
+bool JackMidiLane::hear(const JackLibrary& jack, jack_client_t* client, jack_nframes_t frames,
+                        void* buffer) noexcept {
     const std::uint32_t count = jack.jack_midi_get_event_count(buffer);
+    const bool released = m_release.load(std::memory_order_relaxed) && m_release.exchange(false);
+    if (count == 0 && !released)
+        return false;
+    const MIDITimeStamp end = now();
+    const double perFrame = kNanoseconds / jack.jack_get_sample_rate(client);
     for (std::uint32_t i = 0; i < count; ++i) {
         jack_midi_event_t event;
-        if (jack.jack_midi_event_get(&event, buffer, i) == 0)
-            m_ring.push(timeOf(jack, client, start + event.time), {event.buffer, event.size});
+        if (jack.jack_midi_event_get(&event, buffer, i) != 0)
+            continue;
+        const double ago = perFrame * (frames - std::min(event.time, frames));
+        m_time = std::max(m_time, end - static_cast<MIDITimeStamp>(ago));
+        m_ring.push(m_time, {event.buffer, event.size});
     }
-    const bool released = m_release.load(std::memory_order_relaxed) && m_release.exchange(false);
     if (released)
-        m_ring.pushReleases(timeOf(jack, client, start));
-    return count > 0 || released;
+        m_ring.pushReleases(m_time = std::max(m_time, end));
+    return true;
 }
 
 void JackMidiLane::speak(const JackLibrary& jack, void* buffer) noexcept {

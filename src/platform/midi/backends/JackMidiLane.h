@@ -43,11 +43,13 @@ class JackMidiLane {
   private:
     using Message = std::array<std::uint8_t, MidiRing::kLongest>;
 
-    bool hear(const JackLibrary& jack, jack_client_t* client, void* buffer) noexcept;
+    bool hear(const JackLibrary& jack, jack_client_t* client, jack_nframes_t frames,
+              void* buffer) noexcept;
     void speak(const JackLibrary& jack, void* buffer) noexcept;
 
     const MidiBackend::Lane m_lane;
     MidiRing m_ring;
+    MIDITimeStamp m_time = 0;  // of what was heard last
     const std::unique_ptr<Message> m_message = std::make_unique<Message>();  // of the consumer
     std::atomic<jack_port_t*> m_port{nullptr};
     std::atomic<bool> m_connected{false};
