@@ -16,6 +16,7 @@ constexpr milliseconds kPause{5};
 // The client that plays is waited for before one of our own is opened.
 constexpr milliseconds kPatience{700};
 constexpr milliseconds kStopPatience{600};
+constexpr int kSilentLooks = 4;  // kTick apart, without a cycle, before a server counts as dead
 constexpr const char* kOwnName = "ombrix-midi";
 
 MIDITimeStamp now() {
@@ -136,7 +137,7 @@ void JackMidi::look() {
             std::lock_guard guard(m_mutex);
             gone = std::exchange(m_gone, false);
         }
-        if (gone)
+        if (gone || silent())
             letGo(false);
         if (!m_client && std::chrono::steady_clock::now() >= m_ownFrom)
             openOwn();
@@ -148,6 +149,20 @@ void JackMidi::look() {
         m_told = ports;
     }
     m_host->portsChanged(m_number, std::move(ports));
+}
+
+/// Some servers stop calling a client without a word: then it is opened anew, as the client that
+/// plays is by its owner. Counted in looks, not in seconds: this whole program may have been
+/// stopped.
+bool JackMidi::silent() {
+    const auto time = std::chrono::steady_clock::now();
+    if (!m_client || !m_own || time < m_nextHealth)
+        return false;
+    m_nextHealth = time + kTick;
+    const std::uint64_t cycles = m_cycles.load(std::memory_order_relaxed);
+    m_silentLooks = cycles == m_lastCycles ? m_silentLooks + 1 : 0;
+    m_lastCycles = cycles;
+    return m_silentLooks >= kSilentLooks;
 }
 
 void JackMidi::openOwn() {
@@ -218,6 +233,7 @@ void JackMidi::take(jack_client_t* client, bool own) {
     m_client = client;
     m_own = own;
     m_cycleClient = client;
+    m_silentLooks = 0;
     std::lock_guard guard(m_mutex);
     m_gone = false;
     m_instances.clear();
@@ -341,6 +357,7 @@ void JackMidi::waitForCycle() const {
 
 void JackMidi::process(jack_client_t* client, jack_nframes_t frames) noexcept {
     m_inCycle.fetch_add(1);
+    m_cycles.fetch_add(1, std::memory_order_relaxed);
     bool heard = false;
     if (client && client == m_cycleClient.load()) {
         for (const auto& place : m_cycleLanes) {

@@ -55,6 +55,7 @@ class JackMidi final : public MidiBackend,
     void setOwnCallbacks(jack_client_t* client);
     void take(jack_client_t* client, bool own);
     void letGo(bool serverLives);
+    bool silent();
     std::vector<MidiBackendPort> listPorts();
     void addPorts(std::vector<MidiBackendPort>& ports, unsigned long flags);
     std::string displayName(jack_port_t* port, const char* name) const;
@@ -89,6 +90,9 @@ class JackMidi final : public MidiBackend,
     jack_client_t* m_client = nullptr;
     bool m_own = false;
     Time m_ownFrom;  // no client of our own is opened earlier
+    Time m_nextHealth;
+    std::uint64_t m_lastCycles = 0;
+    int m_silentLooks = 0;
     std::vector<MidiBackendPort> m_told;
     std::array<LanePointer, kMostLanes> m_built;
 
@@ -96,4 +100,5 @@ class JackMidi final : public MidiBackend,
     std::atomic<jack_client_t*> m_cycleClient{nullptr};
     std::array<std::atomic<JackMidiLane*>, kMostLanes> m_cycleLanes{};
     std::atomic<int> m_inCycle{0};
+    std::atomic<std::uint64_t> m_cycles{0};
 };
