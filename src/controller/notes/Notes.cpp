@@ -1,5 +1,6 @@
 #include "notes/Notes.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "log/Log.h"
@@ -61,7 +62,8 @@ void Notes::midiNoteDown(std::uint8_t note, std::uint8_t velocity) {
     const int key = note - kLowestMidiNote;
     if (!isKey(key))
         return;
-    const float gain = static_cast<float>(velocity) / 127.f;
+    // A damaged velocity must not be louder than the loudest.
+    const float gain = static_cast<float>(std::min<std::uint8_t>(velocity, 127)) / 127.f;
     if (gain <= 0.f)
         untinkleIvory(key);
     else

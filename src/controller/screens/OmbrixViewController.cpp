@@ -31,7 +31,9 @@ void OmbrixViewController::viewDidLoad() {
 }
 
 void OmbrixViewController::initialiseAudio() {
+    m_midi = std::make_unique<MidiInput>(m_defaults);
     m_instrument = std::make_unique<Instrument>(Settings::automaticGain(m_defaults));
+    m_midi->setNotes(&m_instrument->notes());
     m_instrument->play();
 }
 
@@ -227,8 +229,10 @@ void OmbrixViewController::willBackground(bool leaving) {
 }
 
 void OmbrixViewController::willTerminate() {
-    if (isAlive())
+    if (isAlive()) {
+        m_midi->setNotes(nullptr);
         m_lifecycle->willTerminate();
+    }
     m_terminated = true;
 }
 

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <memory>
 
+#include "midi/MidiInput.h"
 #include "parameters/Settings.h"
 #include "recording/AudioTake.h"
 #include "recording/Performance.h"
@@ -171,6 +172,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<RunningMarker> m_marker;
     std::unique_ptr<UnsavedTake> m_unsaved;
     std::unique_ptr<Instrument> m_instrument;
+    std::unique_ptr<MidiInput> m_midi;  // plays the instrument: goes before it
     std::unique_ptr<WaveSelection> m_selection = std::make_unique<WaveSelection>();
     std::unique_ptr<WaveHearing> m_hearing;  // stops the engine: goes just before the instrument
     std::unique_ptr<WaveLoading> m_sounds;

@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr const char* kDataFolderName = "Ombrix Synth";
+constexpr const char* kApplicationName = "Ombrix Synth";
+constexpr const char* kDataFolderName = kApplicationName;
 constexpr const char* kResourceFolderName = "Ombrix.app";
 
 std::filesystem::path programFolder() {
@@ -46,4 +47,8 @@ std::filesystem::path Folders::resources() {
             return candidate;
     }
     return candidates.front();
+}
+
+const char* Folders::applicationName() {
+    return kApplicationName;
 }

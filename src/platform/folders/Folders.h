@@ -14,4 +14,7 @@ std::optional<std::filesystem::path> data();
 /// It need not exist.
 std::filesystem::path resources();
 
+/// What the program is called where other programs can see it.
+const char* applicationName();
+
 }  // namespace Folders

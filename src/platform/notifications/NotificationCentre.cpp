@@ -20,6 +20,12 @@ NotificationCentre::NotificationCentre() {
 NotificationCentre::~NotificationCentre() = default;
 
 NotificationCentre::Token NotificationCentre::addObserver(std::string name, Observer observer) {
+    return addObserver(std::move(name),
+                       [observer = std::move(observer)](const Notice&) { observer(); });
+}
+
+NotificationCentre::Token NotificationCentre::addObserver(std::string name,
+                                                          NoticeObserver observer) {
     std::lock_guard guard(m_mutex);
     auto list = std::make_unique<List>(*m_lists.back());
     list->push_back(
@@ -47,12 +53,12 @@ void NotificationCentre::replace(std::unique_ptr<const List> list) {
     m_lists.erase(m_lists.begin(), m_lists.end() - 1);
 }
 
-void NotificationCentre::post(std::string_view name) noexcept {
+void NotificationCentre::post(const Notice& notice) noexcept {
     m_posting.fetch_add(1, std::memory_order_seq_cst);
     ++postsOnThisThread;
     for (const auto& entry : *m_current.load(std::memory_order_seq_cst))
-        if (entry->name == name)
-            entry->observer();
+        if (entry->name == notice.name)
+            entry->observer(notice);
     --postsOnThisThread;
     m_posting.fetch_sub(1, std::memory_order_seq_cst);
 }

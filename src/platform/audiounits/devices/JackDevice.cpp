@@ -13,6 +13,7 @@ OSStatus JackDevice::start(AudioDeviceClient& client, bool capture) {
     m_bridge = std::make_unique<DeviceBridge>(client, m_rate, m_rate);
     m_xruns = 0;
     m_alive = true;
+    m_guest = JackGuest::current();
     setCallbacks();
     if (!m_bridge->usable() || !registerPorts(capture) || m_jack->jack_activate(m_client) != 0) {
         stop();
@@ -20,11 +21,15 @@ OSStatus JackDevice::start(AudioDeviceClient& client, bool capture) {
     }
     connectPorts();
     readInfo();
+    if (m_guest)
+        m_guest->join(m_client);
     return noErr;
 }
 
 // Closing is the one call that is right whether the server lives or not.
 void JackDevice::stop() {
+    if (m_client && m_guest)
+        m_guest->leave(m_client);
     if (m_client)
         m_jack->jack_client_close(m_client);
     m_client = nullptr;
@@ -106,12 +111,40 @@ void JackDevice::setCallbacks() {
     m_jack->jack_on_info_shutdown(
         m_client,
         [](jack_status_t, const char*, void* self) {
-            static_cast<JackDevice*>(self)->m_alive = false;
+            auto* const device = static_cast<JackDevice*>(self);
+            device->m_alive = false;
+            if (device->m_guest)
+                device->m_guest->serverGone(device->m_client);
+        },
+        this);
+    if (m_guest)
+        setGuestCallbacks();
+}
+
+void JackDevice::setGuestCallbacks() {
+    m_jack->jack_set_port_registration_callback(
+        m_client,
+        [](jack_port_id_t port, int registered, void* self) {
+            auto* const device = static_cast<JackDevice*>(self);
+            if (registered)
+                device->m_guest->portRegistered(device->m_client, port);
+            else
+                device->m_guest->portUnregistered(device->m_client);
+        },
+        this);
+    m_jack->jack_set_port_connect_callback(
+        m_client,
+        [](jack_port_id_t a, jack_port_id_t b, int connected, void* self) {
+            auto* const device = static_cast<JackDevice*>(self);
+            if (!connected)
+                device->m_guest->portsDisconnected(device->m_client, a, b);
         },
         this);
 }
 
 void JackDevice::process(jack_nframes_t frames) noexcept {
+    if (m_guest)
+        m_guest->process(m_client, frames);
     const auto buffer = [&](jack_port_t* port) {
         return static_cast<float*>(m_jack->jack_port_get_buffer(port, frames));
     };

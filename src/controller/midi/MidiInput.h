@@ -1,0 +1,41 @@
+#pragma once
+
+#include <bitset>
+#include <map>
+
+#include "QrMidi.h"
+#include "midi/MidiNoteQueue.h"
+#include "midi/MidiPackets.h"
+#include "notes/Notes.h"
+
+/// Plays the notes from every MIDI source, and from whatever sends to the virtual destination,
+/// which is on from the start. It owns the hub and is its delegate. A source that goes takes the
+/// keys along that it holds. [main] but for what is heard.
+class MidiInput final : private QrMidiDelegate, private QrMidiSourceDelegate {
+  public:
+    /// Opens the hub. `defaults` outlive this.
+    explicit MidiInput(UserDefaults& defaults);
+    ~MidiInput() override;
+
+    QrMidi& hub() { return m_hub; }
+    /// Plays from now on; what was heard before is forgotten. Not retained; null for nothing.
+    void setNotes(Notes* notes);
+    /// Messages lost to floods; never the release of a note that sounds.
+    std::uint64_t dropped() const { return m_queue.dropped(); }
+
+  private:
+    void sourceAdded(QrMidi& midi, QrMidiSource& source) override;
+    void sourceRemoved(QrMidi& midi, QrMidiSource& source) override;
+    void destinationAdded(QrMidi& midi, QrMidiDestination& destination) override;
+    void destinationRemoved(QrMidi& midi, QrMidiDestination& destination) override;
+    void midiReceived(QrMidiSource& source, const MIDIPacketList& list) override;
+
+    void perform(const MidiNoteMessage& message);
+    void releaseNotesOf(MIDIEndpointRef source);
+
+    Notes* m_notes = nullptr;
+    MidiNoteQueue m_queue{[this](const MidiNoteMessage& message) { perform(message); }};
+    /// Notes that each source holds down.
+    std::map<MIDIEndpointRef, std::bitset<HeldNotes::kMost>> m_held;
+    QrMidi m_hub;  // goes first: then nothing more is heard
+};
