@@ -1,9 +1,8 @@
 #include "LiveLoop.h"
 
-#include <time.h>
-
 #include <algorithm>
 
+#include "LoopAlarm.h"
 #include "log/Log.h"
 #include "runloop/Clock.h"
 #include "runloop/RunLoop.h"
@@ -18,10 +17,8 @@ void LiveLoop::turn() {
 }
 
 void LiveLoop::sleepUntil(double moment) {
-    const double latest = Clock::monotonic() + kLongestSleep;
-    const double until = std::min({moment, latest, RunLoop::main().nextDue()});
-    timespec time{};
-    time.tv_sec = static_cast<time_t>(until);
-    time.tv_nsec = static_cast<long>((until - static_cast<double>(time.tv_sec)) * 1e9);
-    clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &time, nullptr);
+    static LoopAlarm alarm;
+    const double now = Clock::monotonic();
+    const double until = std::min({moment, now + kLongestSleep, RunLoop::main().nextDue()});
+    alarm.sleep(until - now);
 }
