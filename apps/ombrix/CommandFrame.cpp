@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "Commands.h"
-#include "SongSession.h"
+#include "InstrumentRequest.h"
 #include "log/Log.h"
 #include "text/CNumber.h"
 
@@ -42,8 +42,8 @@ int CommandFrame::fail(const std::string& error) const {
     return kExitFailed;
 }
 
-std::vector<OptionRow> withSongOptions(std::vector<OptionRow> own) {
-    const auto shared = songOptions();
+std::vector<OptionRow> withInstrumentOptions(std::vector<OptionRow> own) {
+    const auto shared = instrumentOptions();
     own.insert(own.end(), shared.begin(), shared.end());
     return own;
 }

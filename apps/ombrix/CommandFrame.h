@@ -33,8 +33,8 @@ class CommandFrame {
     std::optional<int> m_exitCode;
 };
 
-/// A command's own options, then those of every command that plays a song.
-std::vector<OptionRow> withSongOptions(std::vector<OptionRow> own);
+/// A command's own options, then those of every command that plays the instrument.
+std::vector<OptionRow> withInstrumentOptions(std::vector<OptionRow> own);
 
 /// A finite number in C notation; none for anything else.
 std::optional<double> decimalNumber(const std::string& text);

@@ -23,7 +23,7 @@ constexpr CommandText kText{"ombrix play SONG.mid [options]",
                             "Plays a MIDI file through an audio device."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withSongOptions({
+    static const std::vector<OptionRow> rows = withInstrumentOptions({
         kDeviceOption,
         kPeriodOption,
         {"seconds", "S", "stop after S seconds"},

@@ -20,7 +20,7 @@ constexpr CommandText kText{"ombrix render SONG.mid --output OUT.wav [options]",
                             "a 16-bit mono WAV file."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withSongOptions({
+    static const std::vector<OptionRow> rows = withInstrumentOptions({
         kOutputOption,
         kForceOption,
         kBufferOption,

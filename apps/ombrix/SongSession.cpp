@@ -1,38 +1,7 @@
 #include "SongSession.h"
 
-#include <array>
-
-#include "PresetArgument.h"
-#include "RandomSource.h"
-#include "SoundArgument.h"
-#include "log/Log.h"
+#include "InstrumentRequest.h"
 #include "midi/MidiFile.h"
-
-namespace {
-
-constexpr std::array kSongOptions{
-    OptionRow{"sound", "NAME|FILE", "the sound that is played: its name or a sound file"},
-    OptionRow{"preset", "NAME|FILE", "all settings from a preset: its name, or a property list"},
-    OptionRow{"set", "KEY=VALUE", "one setting, as a preset stores it; may be given again"},
-    OptionRow{"seed", "N", "start of the random sequence, 0 to 4294967295 (1)"},
-    OptionRow{"no-auto-gain", nullptr, "leave the level as it is"},
-};
-
-std::string applySetting(Preset& preset, const std::string& setting) {
-    const auto equals = setting.find('=');
-    if (equals == std::string::npos)
-        return "--set " + setting + ": write it as KEY=VALUE";
-    std::string error;
-    if (!preset.set(setting.substr(0, equals), setting.substr(equals + 1), error))
-        return "--set " + error;
-    return "";
-}
-
-}  // namespace
-
-std::span<const OptionRow> songOptions() {
-    return kSongOptions;
-}
 
 std::unique_ptr<SongSession> SongSession::prepare(const Arguments& arguments, std::string& error) {
     std::unique_ptr<SongSession> session(new SongSession);
@@ -43,7 +12,7 @@ std::unique_ptr<SongSession> SongSession::prepare(const Arguments& arguments, st
     }
     error = session->readSong(arguments.words()[0]);
     if (error.empty())
-        error = session->settle(arguments);
+        session->m_instrument = makeInstrument(arguments, error);
     return error.empty() ? std::move(session) : nullptr;
 }
 
@@ -56,54 +25,6 @@ std::string SongSession::readSong(const std::string& path) {
     if (!timeline)
         return path + ": " + error;
     m_timeline = std::move(*timeline);
-    return "";
-}
-
-std::string SongSession::settle(const Arguments& arguments) {
-    if (const auto text = arguments.value("seed")) {
-        const auto seed = wholeNumber(*text, 0, 0xffffffffu);
-        if (!seed)
-            return "--seed " + *text + ": a whole number from 0 to 4294967295 is wanted";
-        RandomSource::seed(static_cast<std::uint32_t>(*seed));
-    }
-    m_instrument = std::make_unique<Instrument>(!arguments.has("no-auto-gain"));
-    std::string error;
-    PresetArgument chosen{m_instrument->makePresetFromSettings()};
-    if (const auto choice = arguments.value("preset"))
-        chosen = PresetArgument::find(*choice, error);
-    if (!chosen.preset)
-        return error;
-    Preset preset = *chosen.preset;
-    for (const std::string& setting : arguments.values("set")) {
-        if (error = applySetting(preset, setting); !error.empty())
-            return error;
-    }
-    const auto sound = arguments.has("sound") ? arguments.value("sound") : preset.wave;
-    if (chosen.isStored && sound && sound == chosen.preset->wave)
-        error = loadFile(storedSoundPath(preset));
-    else
-        error = loadSound(sound);
-    if (!error.empty())
-        return error;
-    preset.wave.reset();  // loaded already
-    m_instrument->updateSettingsFromPreset(preset);
-    return "";
-}
-
-std::string SongSession::loadSound(const std::optional<std::string>& sound) {
-    const auto path = sound ? soundPath(*sound) : WaveChoice::defaultSoundFile();
-    if (!path)
-        return noSuchSound(*sound);
-    return loadFile(*path);
-}
-
-std::string SongSession::loadFile(const std::string& path) {
-    const WaveChoice::Loaded loaded = WaveChoice::load(path);
-    if (!loaded.wave)
-        return loaded.error;
-    if (!loaded.notice.empty())
-        tellUser("%s", loaded.notice.c_str());
-    m_instrument->waves().use(loaded);
     return "";
 }
 

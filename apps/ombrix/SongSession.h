@@ -1,20 +1,13 @@
 #pragma once
 
 #include <memory>
-#include <optional>
-#include <span>
 #include <string>
 
 #include "Options.h"
 #include "midi/MidiTimeline.h"
 #include "startup/Instrument.h"
 
-/// The options that say what is played and how it sounds, for every command that plays a song.
-std::span<const OptionRow> songOptions();
-
-/// A song and an instrument set up to play it, made from a user's words. The preset store and the
-/// data folder's sounds are only read, and only for a preset that is given by its name; user
-/// defaults are not.
+/// A song and an instrument set up to play it, made from a user's words.
 class SongSession {
   public:
     /// Null after bad use or bad input, with `error` one line.
@@ -26,9 +19,6 @@ class SongSession {
   private:
     SongSession() = default;
     std::string readSong(const std::string& path);
-    std::string settle(const Arguments& arguments);
-    std::string loadSound(const std::optional<std::string>& sound);
-    std::string loadFile(const std::string& path);
 
     MidiTimeline m_timeline;
     std::unique_ptr<Instrument> m_instrument;
