@@ -9,6 +9,7 @@ inline constexpr OptionRow kDeviceOption{
     "device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"};
 inline constexpr OptionRow kPeriodOption{
     "buffer-frames", "N", "frames per period where the device lets us choose, 16 to 8192"};
+inline constexpr OptionRow kStopOption{"seconds", "S", "stop after S seconds"};
 
 /// What every command that plays through a device is told about it.
 struct DeviceRequest {

@@ -26,8 +26,8 @@ const std::vector<OptionRow>& options() {
     static const std::vector<OptionRow> rows = withInstrumentOptions({
         kDeviceOption,
         kPeriodOption,
-        {"seconds", "S", "stop after S seconds"},
-        {"record", nullptr, "record it into the data folder, from the first note on"},
+        kStopOption,
+        kRecordOption,
     });
     return rows;
 }

@@ -1,0 +1,112 @@
+#include <cstdio>
+#include <optional>
+
+#include "CommandFrame.h"
+#include "Commands.h"
+#include "DeviceRequest.h"
+#include "InstrumentRequest.h"
+#include "LiveLoop.h"
+#include "RecordedPlay.h"
+#include "Signals.h"
+#include "audiounits/devices/AudioDevices.h"
+#include "devices/AudioWords.h"
+#include "folders/Folders.h"
+#include "log/Log.h"
+#include "midi/MidiInput.h"
+#include "runloop/Clock.h"
+
+namespace {
+
+constexpr CommandText kText{"ombrix live [options]",
+                            "Plays what MIDI keyboards and other programs send."};
+
+const std::vector<OptionRow>& options() {
+    static const std::vector<OptionRow> rows = withInstrumentOptions({
+        kDeviceOption,
+        kPeriodOption,
+        kStopOption,
+        kRecordOption,
+    });
+    return rows;
+}
+
+/// The instrument without a window, until somebody ends it.
+class Live {
+  public:
+    Live(Instrument& instrument, UserDefaults& defaults)
+        : m_instrument(instrument), m_midi(defaults) {
+        m_midi.setNotes(&instrument.notes());
+    }
+
+    /// Until a signal, or `longest` seconds have passed. `recorded` may be null.
+    void run(double longest, RecordedPlay* recorded) {
+        const double end = m_started + longest;
+        while (!Signals::stopWanted() && Clock::monotonic() < end) {
+            if (Signals::takeSilenceWanted())
+                m_instrument.silence();
+            LiveLoop::turn();
+            if (recorded)
+                recorded->goOn();
+            tellPlace();
+            LiveLoop::sleepUntil(end);
+        }
+        m_midi.setNotes(nullptr);
+        m_instrument.notes().releaseAll();
+    }
+
+    double elapsed() const { return Clock::monotonic() - m_started; }
+
+  private:
+    /// Once it is known.
+    void tellPlace() {
+        const AudioDeviceState state = AudioDevices::state();
+        if (m_told || state.presence == AudioDeviceState::Presence::starting)
+            return;
+        m_told = true;
+        const auto words =
+            AudioWords::state(AudioDevices::current()->info(), state, AudioDevices::chosen());
+        std::printf("%s MIDI port \"%s\". Ctrl+C ends.\n", words.toUtf8().constData(),
+                    Folders::applicationName());
+        std::fflush(stdout);
+    }
+
+    Instrument& m_instrument;
+    MidiInput m_midi;
+    const double m_started = Clock::monotonic();
+    bool m_told = false;
+};
+
+int playLive(const CommandFrame& frame, Instrument& instrument, double longest) {
+    UserDefaults defaults;
+    instrument.play();
+    Live live(instrument, defaults);
+    std::optional<RecordedPlay> recorded;
+    if (frame.arguments().has("record"))
+        recorded.emplace(instrument);
+    live.run(longest, recorded ? &*recorded : nullptr);
+    const bool good = !recorded || recorded->finish();
+    const AudioDeviceInfo info = AudioDevices::current()->info();
+    instrument.stop();
+    Log::drain();
+    tellPlayed(live.elapsed(), info);
+    return good ? kExitDone : kExitFailed;
+}
+
+}  // namespace
+
+int liveCommand(std::span<char*> words) {
+    const CommandFrame frame(words, kText, options());
+    if (frame.exitCode())
+        return *frame.exitCode();
+    if (!frame.arguments().words().empty())
+        return frame.refuse("live takes no " + frame.arguments().words()[0]);
+    DeviceRequest request;
+    std::string error = request.read(frame.arguments());
+    if (!error.empty())
+        return frame.refuse(error);
+    Signals::listen();
+    const auto instrument = makeInstrument(frame.arguments(), error);
+    if (!instrument)
+        return frame.refuse(error);
+    return playLive(frame, *instrument, request.longest);
+}
