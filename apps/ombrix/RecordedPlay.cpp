@@ -22,6 +22,8 @@ bool RecordedPlay::finish() {
 
 void RecordedPlay::performanceComplete(const std::string& path) {
     std::printf("recorded: %s\n", path.c_str());
+    if (!m_performance.notesFilename().empty())
+        std::printf("its notes: %s\n", m_performance.notesFilename().c_str());
 }
 
 void RecordedPlay::performanceProblem(const std::string& line) {

@@ -8,11 +8,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <set>
 
+#include "ForeignReaders.h"
 #include "ManualClock.h"
 #include "ScratchFolder.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ManualDevice.h"
+#include "midi/MidiTimeline.h"
 #include "recording/PerformanceName.h"
 #include "startup/Instrument.h"
 
@@ -135,6 +139,93 @@ TEST_F(PerformanceTest, neverTakesAnothersName) {
     EXPECT_EQ(
         std::filesystem::file_size(m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM 2.wav")),
         4u);
+}
+
+TEST_F(PerformanceTest, keepsItsNotesBesideItWhereTheyAreHeard) {
+    m_performance.toolbarRecordClicked();
+    Notes& notes = m_instrument.notes();
+    std::mt19937 random(11);
+    std::vector<MidiTimelineEvent> played;
+    std::set<int> held;
+    std::uint64_t frame = 0;
+    const auto release = [&](int key) {
+        if (held.erase(key))
+            played.push_back({frame, false, std::uint8_t(key + kLowestMidiNote), 0});
+    };
+    for (int i = 0; i < 400; ++i) {
+        const int key = 40 + int(random() % 20);  // more than there are voices
+        const auto note = std::uint8_t(key + kLowestMidiNote);
+        if (random() % 3) {
+            const auto velocity = std::uint8_t(random() % 4 ? 1 + random() % 127 : 127);
+            if (notes.triggeredNoteUnits()[std::size_t(key)] == -1) {
+                release(key);  // its voice was taken by another key
+                held.insert(key);
+                played.push_back({frame, true, note, velocity});
+            }
+            velocity == 127 ? notes.tinkleIvory(key) : notes.midiNoteDown(note, velocity);
+        } else {
+            release(key);
+            random() % 2 ? notes.untinkleIvory(key) : notes.midiNoteUp(note);
+        }
+        const std::size_t frames = random() % 3 ? random() % 2000 : 0;
+        play(frames);
+        frame += m_instrument.recordingUnit().recording() ? frames : 0;
+    }
+    m_performance.toolbarRecordClicked();
+    for (const int key : std::set(held))
+        release(key);
+
+    const std::string path = m_performance.notesFilename();
+    EXPECT_EQ(path, std::filesystem::path(m_performance.recordingPerformanceLastFilename())
+                        .replace_extension("mid"));
+    std::string error;
+    const auto file = MidiFile::read(path, error);
+    ASSERT_TRUE(file) << error;
+    const auto read = MidiTimeline::make(*file, error);
+    ASSERT_TRUE(read) << error;
+    const auto lines = ForeignReaders::readMidi(path);
+    ASSERT_EQ(read->events.size(), played.size());
+    ASSERT_EQ(lines.size(), played.size() + 1);
+    for (std::size_t i = 0; i < played.size(); ++i) {
+        MidiTimelineEvent event = read->events[i];
+        EXPECT_NEAR(double(event.frame), double(played[i].frame), 13);  // half a tick, and rounding
+        event.frame = played[i].frame;
+        event.velocity = event.on ? event.velocity : 0;
+        EXPECT_EQ(event, played[i]) << "event " << i;
+        const std::string words = std::string(played[i].on ? " on " : " off ") +
+                                  std::to_string(played[i].key) + ' ' +
+                                  std::to_string(played[i].on ? played[i].velocity : 64);
+        EXPECT_THAT(lines[i], testing::EndsWith(words));
+        EXPECT_NEAR(std::stod(lines[i]), double(played[i].frame) / 44100, 0.001);
+    }
+    EXPECT_NEAR(std::stod(lines.back()), double(frame) / 44100, 0.001);
+}
+
+TEST_F(PerformanceTest, hasItsNotesOnDiskBeforeItEndsAndReplacesNone) {
+    std::ofstream(m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM.mid")) << "dear";
+    m_performance.toolbarRecordClicked();
+    key(true);
+    play(4410);
+    EXPECT_EQ(m_performance.recordingPerformanceLastFilename(),
+              m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM 2.wav"));
+    m_clock.pass(2);
+    const std::string path = m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM 2.mid");
+    for (int i = 0; i < 2000 && !std::filesystem::exists(path); ++i)
+        usleep(10000);  // the writer is a thread of its own
+    EXPECT_THAT(ForeignReaders::readMidi(path),
+                ElementsAre("0.0000 on 69 127", "0.1000 off 69 64", "0.1000 end"));
+    // It cannot be written any more: said once, and the sound is kept.
+    key(false);
+    play(4410);
+    std::filesystem::remove(path);
+    std::filesystem::create_directory(path);
+    m_shown.clear();
+    m_performance.toolbarRecordClicked();
+    EXPECT_THAT(shown(), ElementsAre(HasSubstr("problem: " + path), "complete", "Record"));
+    EXPECT_EQ(m_performance.notesFilename(), path);
+    EXPECT_EQ(contents(m_performance.recordingPerformanceLastFilename()).size(), 8820u);
+    std::ifstream dear(m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM.mid"));
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(dear), {}), "dear");
 }
 
 TEST_F(PerformanceTest, keepsWhatFittedAndSaysSoInOneLine) {

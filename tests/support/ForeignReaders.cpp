@@ -38,3 +38,15 @@ std::vector<ForeignReaders::Reading> ForeignReaders::readAll(const std::string& 
     }
     return readings;
 }
+
+std::vector<std::string> ForeignReaders::readMidi(const std::string& path) {
+    const std::string text = path + ".txt";
+    SoundFiles::runs("python3 " OMBRIX_SUPPORT_FOLDER "/read_midi.py '" + path + "' '" + text +
+                     "'");
+    std::ifstream file(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    std::filesystem::remove(text);
+    return lines;
+}

@@ -14,4 +14,8 @@ struct Reading {
 };
 std::vector<Reading> readAll(const std::string& path, bool floats = false);
 
+/// The notes of a MIDI file of one track, read by a script: "SECONDS on|off KEY VELOCITY" a line,
+/// then "SECONDS end". Less for a broken one.
+std::vector<std::string> readMidi(const std::string& path);
+
 }  // namespace ForeignReaders

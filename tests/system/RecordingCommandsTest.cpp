@@ -209,6 +209,8 @@ TEST_F(RecordingCommandsTest, disksThatAreFullOrReadOnlyAreSaidInOneLine) {
                               HasSubstr("s played on clock")));
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(m_folder.file("kept"))) {
+        if (entry.path().extension() == ".mid")
+            continue;  // there may have been room for the notes
         ++files;
         EXPECT_GT(readRecording(entry.path()).frames.size(), 40000u) << entry.path();
     }

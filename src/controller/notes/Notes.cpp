@@ -31,6 +31,16 @@ void Notes::tellTouched(bool down) {
         delegate->keyTouched(down);
 }
 
+void Notes::tellBegan(int key, float gain) {
+    for (NotesDelegate* delegate : m_delegates)
+        delegate->keyBegan(key, gain);
+}
+
+void Notes::tellEnded(int key) {
+    for (NotesDelegate* delegate : m_delegates)
+        delegate->keyEnded(key);
+}
+
 void Notes::tellShown(int key, bool highlighted) {
     for (NotesDelegate* delegate : m_delegates)
         delegate->keyShown(key, highlighted);
@@ -47,15 +57,17 @@ void Notes::tinkleIvory(int key, float gain) {
     note.gain = gain;
     m_voices.envelopes[voice]->trigger();
     unit = static_cast<std::int32_t>(voice);
+    tellBegan(key, gain);
 }
 
 void Notes::untinkleIvory(int key) {
     tellTouched(false);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
-    if (unit == -1)
-        return;
-    m_voices.envelopes[static_cast<std::size_t>(unit)]->untrigger();
-    unit = -1;
+    if (unit != -1) {
+        m_voices.envelopes[static_cast<std::size_t>(unit)]->untrigger();
+        unit = -1;
+    }
+    tellEnded(key);
 }
 
 void Notes::midiNoteDown(std::uint8_t note, std::uint8_t velocity) {

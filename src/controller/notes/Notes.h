@@ -16,6 +16,10 @@ class NotesDelegate {
     virtual ~NotesDelegate() = default;
     /// A key was pressed or released, on the screen or over MIDI.
     virtual void keyTouched(bool /*down*/) {}
+    /// A key was started with a gain in [0, 1]; not told of one that sounds already.
+    virtual void keyBegan(int /*key*/, float /*gain*/) {}
+    /// A key was released, whether or not it still had a voice.
+    virtual void keyEnded(int /*key*/) {}
     /// A key is to be shown pressed or not, after a MIDI message.
     virtual void keyShown(int /*key*/, bool /*highlighted*/) {}
 };
@@ -61,6 +65,8 @@ class Notes {
     int oldestVoice(Choice choice, double now) const;
     void stealVoice(unsigned voice);
     void tellTouched(bool down);
+    void tellBegan(int key, float gain);
+    void tellEnded(int key);
     void tellShown(int key, bool highlighted);
 
     Voices& m_voices;

@@ -32,6 +32,7 @@ Performance::~Performance() {
     dropTimer();
     if (m_recordingPerformance == State::recording)
         m_recordingUnit.stopRecording();
+    endNotes();
 }
 
 void Performance::setDelegate(PerformanceDelegate* delegate) {
@@ -64,6 +65,16 @@ void Performance::keyTouched(bool down) {
         startRecording();
 }
 
+void Performance::keyBegan(int key, float gain) {
+    if (m_playedNotes)
+        m_playedNotes->began(key, gain);
+}
+
+void Performance::keyEnded(int key) {
+    if (m_playedNotes)
+        m_playedNotes->ended(key);
+}
+
 void Performance::startRecording() {
     std::string error;
     const std::string path = PerformanceName::reserve(Clock::now(), error);
@@ -75,6 +86,7 @@ void Performance::startRecording() {
     }
     m_recordingPerformanceLastFilename = path;
     m_recordingUnit.startRecordingTo(m_recordingPerformanceLastFilename);
+    m_playedNotes.emplace(m_recordingUnit, PerformanceNotes::pathBeside(path));
     m_recordingPerformance = State::recording;
     show("00:00");
     m_recordingPerformanceSince = Clock::monotonic();
@@ -88,17 +100,37 @@ void Performance::endRecording() {
     report();
 }
 
+/// What went wrong with the sound outweighs what did with the notes: a full disk is said once.
 void Performance::report() {
     const std::string& path = m_recordingPerformanceLastFilename;
     const VornExtAudioFile::Report report = m_recordingUnit.report();
+    const std::string notesProblem = endNotes();
     if (!report.problem.empty())
         m_delegate->performanceProblem(report.problem);
     else if (report.framesDropped > 0)
         m_delegate->performanceProblem(path + missing(report.framesDropped));
+    else if (!notesProblem.empty())
+        m_delegate->performanceProblem(notesProblem);
     if (report.framesWritten == 0 && !report.problem.empty())
-        ::unlink(path.c_str());  // nothing of the performance is in it
+        removeFiles();  // nothing of the performance is in them
     else
         m_delegate->performanceComplete(path);
+}
+
+std::string Performance::endNotes() {
+    if (!m_playedNotes)
+        return "";
+    std::string problem = m_playedNotes->finish();
+    m_notesFilename = m_playedNotes->path();
+    m_playedNotes.reset();
+    return problem;
+}
+
+void Performance::removeFiles() {
+    ::unlink(m_recordingPerformanceLastFilename.c_str());
+    if (!m_notesFilename.empty())
+        ::unlink(m_notesFilename.c_str());
+    m_notesFilename.clear();
 }
 
 void Performance::tickPerformanceRecordingTime() {

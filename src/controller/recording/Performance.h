@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "PassthruRecordingUnit.h"
 #include "notes/Notes.h"
+#include "recording/PerformanceNotes.h"
 #include "runloop/RunLoop.h"
 
 /// What the recording of a performance has to show and say. [main]
@@ -22,7 +24,8 @@ class PerformanceDelegate {
 };
 
 /// Records the instrument's own output into a WAV file in the data folder, from the first key
-/// pressed until the user ends it or 30 seconds pass without a key. [main]
+/// pressed until the user ends it or 30 seconds pass without a key, and the notes that are played
+/// into a MIDI file beside it. [main]
 ///
 /// idle -> waiting -> recording -> finished -> idle at the next second; waiting -> idle
 class Performance : private NotesDelegate {
@@ -31,7 +34,7 @@ class Performance : private NotesDelegate {
     static constexpr std::uint32_t kIdleSeconds = 30;
 
     Performance(Notes& notes, PassthruRecordingUnit& recordingUnit);
-    /// Ends a recording that runs; its file is complete.
+    /// Ends a recording that runs; its files are complete.
     ~Performance() override;
     Performance(const Performance&) = delete;
     Performance& operator=(const Performance&) = delete;
@@ -50,13 +53,19 @@ class Performance : private NotesDelegate {
     const std::string& recordingPerformanceLastFilename() const {
         return m_recordingPerformanceLastFilename;
     }
+    /// Full path of the MIDI file beside the last complete one; empty when there is none.
+    const std::string& notesFilename() const { return m_notesFilename; }
 
   private:
     void keyTouched(bool down) override;
+    void keyBegan(int key, float gain) override;
+    void keyEnded(int key) override;
     void startRecording();
     void endRecording();
     void cancel();
     void report();
+    std::string endNotes();
+    void removeFiles();
     void dropTimer();
     void show(const std::string& title) { m_delegate->buttonTitleChanged(title); }
 
@@ -67,5 +76,7 @@ class Performance : private NotesDelegate {
     double m_recordingPerformanceSince = 0;           // on Clock::monotonic
     std::uint32_t m_recordingPerformanceTimeout = 0;  // seconds since the last key event
     std::string m_recordingPerformanceLastFilename;
+    std::optional<PerformanceNotes> m_playedNotes;  // while a recording runs
+    std::string m_notesFilename;
     RunLoop::Token m_timer = 0;  // 0: none
 };

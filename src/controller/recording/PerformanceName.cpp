@@ -1,9 +1,11 @@
 #include "recording/PerformanceName.h"
 
 #include <cstring>
+#include <filesystem>
 
 #include "audiofiles/AudioFile.h"
 #include "audiofiles/WavOutput.h"
+#include "recording/PerformanceNotes.h"
 #include "text/DateText.h"
 #include "wavechoice/WaveChoice.h"
 
@@ -43,6 +45,9 @@ std::string PerformanceName::reserve(double moment, std::string& error) {
     const std::string name = of(DateText::mediumDateShortTime(moment));
     for (int number = 1;; ++number) {
         std::string path = WaveChoice::dataFile(numbered(name, number));
+        if (std::error_code unknown;
+            std::filesystem::exists(PerformanceNotes::pathBeside(path), unknown))
+            continue;
         OSStatus status = noErr;
         if (WavOutput::create(path, StreamDescription::sint16(1), false, &status))
             return path;

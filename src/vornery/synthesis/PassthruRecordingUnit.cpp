@@ -1,5 +1,6 @@
 #include "PassthruRecordingUnit.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -23,8 +24,10 @@ OSStatus PassthruRecordingUnit::render(void* unit, AudioUnitRenderActionFlags* f
     Log::status(
         self.upstreamRenderFlags(flags, time, self.source()->sourceOutputNumber, frames, data));
     // Silence is written like all else: whoever flags it has written zeros.
-    if (VornExtAudioFile* file = self.m_targetFile.load(std::memory_order_seq_cst))
+    if (VornExtAudioFile* file = self.m_targetFile.load(std::memory_order_seq_cst)) {
         Log::status(file->writeAsync(frames, data));
+        self.m_framesHandedOver.fetch_add(frames, std::memory_order_relaxed);
+    }
     self.m_accessing.fetch_sub(1, std::memory_order_seq_cst);
     return noErr;
 }
@@ -35,6 +38,7 @@ void PassthruRecordingUnit::startRecordingTo(const std::string& path) {
         std::make_unique<VornExtAudioFile>(path, kWaveFileType, StreamDescription::sint16(1));
     file->setClientFormat(m_streamDescription);
     file->primeAsyncWriting();
+    m_framesHandedOver.store(0, std::memory_order_relaxed);
     m_targetFile.store(file.release(), std::memory_order_seq_cst);
 }
 
@@ -45,6 +49,11 @@ void PassthruRecordingUnit::stopRecording() {
         std::this_thread::sleep_for(std::chrono::microseconds(1));
     if (file)
         m_lastReport = file->close();
+}
+
+std::uint64_t PassthruRecordingUnit::framesRecorded() const {
+    const std::uint64_t all = m_framesHandedOver.load(std::memory_order_relaxed);
+    return all - std::min(all, report().framesDropped);
 }
 
 VornExtAudioFile::Report PassthruRecordingUnit::report() const {

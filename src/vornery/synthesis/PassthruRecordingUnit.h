@@ -24,6 +24,9 @@ class PassthruRecordingUnit : public VornCallbackUnit {
     /// [main] How the recording goes that runs, or went that ran last. Cheap: ask once a second
     /// and tell the user the problem when there is one.
     VornExtAudioFile::Report report() const;
+    /// [main] Frames that the recording holds by now, the last of which may still be on their way
+    /// to the disk: where in it is heard what is played next.
+    std::uint64_t framesRecorded() const;
 
   private:
     static OSStatus render(void* unit, AudioUnitRenderActionFlags* flags,
@@ -31,6 +34,7 @@ class PassthruRecordingUnit : public VornCallbackUnit {
                            AudioBufferList* data);
 
     std::atomic<VornExtAudioFile*> m_targetFile{nullptr};
-    std::atomic<std::int32_t> m_accessing{0};  // renders that may be using the file
+    std::atomic<std::int32_t> m_accessing{0};          // renders that may be using the file
+    std::atomic<std::uint64_t> m_framesHandedOver{0};  // to the file
     VornExtAudioFile::Report m_lastReport;
 };
