@@ -11,6 +11,7 @@ inline constexpr int kExitBadUse = 2;  // bad use or bad input
 int renderCommand(std::span<char*> words);
 int playCommand(std::span<char*> words);
 int liveCommand(std::span<char*> words);
+int midiCommand(std::span<char*> words);
 int takeCommand(std::span<char*> words);
 int auditionCommand(std::span<char*> words);
 int devicesCommand(std::span<char*> words);

@@ -26,6 +26,7 @@ const std::vector<OptionRow>& options() {
         kPeriodOption,
         kStopOption,
         kRecordOption,
+        {"network", nullptr, "let devices nearby connect over the network"},
     });
     return rows;
 }
@@ -37,6 +38,9 @@ class Live {
         : m_instrument(instrument), m_midi(defaults) {
         m_midi.setNotes(&instrument.notes());
     }
+
+    /// Whatever the player's settings say.
+    void openNetwork() { m_midi.hub().setNetworkEnabled(true); }
 
     /// Until a signal, or `longest` seconds have passed. `recorded` may be null.
     void run(double longest, RecordedPlay* recorded) {
@@ -80,6 +84,8 @@ int playLive(const CommandFrame& frame, Instrument& instrument, double longest) 
     UserDefaults defaults;
     instrument.play();
     Live live(instrument, defaults);
+    if (frame.arguments().has("network"))
+        live.openNetwork();
     std::optional<RecordedPlay> recorded;
     if (frame.arguments().has("record"))
         recorded.emplace(instrument);

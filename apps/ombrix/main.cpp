@@ -19,6 +19,7 @@ constexpr std::array kCommands{
     Command{"render", "play a MIDI file into a WAV file, faster than real time", renderCommand},
     Command{"play", "play a MIDI file through an audio device", playCommand},
     Command{"live", "play the instrument over MIDI, through an audio device", liveCommand},
+    Command{"midi", "list MIDI sources and destinations, or show what comes", midiCommand},
     Command{"take", "record the microphone into a sound of your own", takeCommand},
     Command{"audition", "play or scrub a sound as it is", auditionCommand},
     Command{"devices", "list the audio devices", devicesCommand},
