@@ -32,7 +32,6 @@ class Queued final : public MidiNoteReceiver {
 
 MidiInput::MidiInput(UserDefaults& defaults) : m_hub(defaults) {
     m_hub.setDelegate(this);
-    m_hub.setNetworkEnabled(true);
     m_hub.setVirtualDestinationEnabled(true);
     if (QrMidiSource* const source = m_hub.virtualDestinationSource())
         source->addDelegate(*this);

@@ -9,7 +9,8 @@
 #include "notes/Notes.h"
 
 /// Plays the notes from every MIDI source, and from whatever sends to the virtual destination,
-/// which is on from the start. It owns the hub and is its delegate. A source that goes takes the
+/// which is on from the start; whether there is a network session too is up to who owns this. It
+/// owns the hub and is its delegate. A source that goes takes the
 /// keys along that it holds. [main] but for what is heard.
 class MidiInput final : private QrMidiDelegate, private QrMidiSourceDelegate {
   public:
