@@ -19,12 +19,14 @@ void check(bool holds) {
 
 class Checker final : public MidiNoteReceiver {
   public:
-    void midiNoteDown(std::span<const std::uint8_t> data) override {
+    void midiNoteDown(std::uint8_t, std::span<const std::uint8_t> data) override {
         check(data.size() >= 2 && data[1] != 0);
         note(data);
     }
-    void midiNoteUp(std::span<const std::uint8_t> data) override { note(data); }
-    void midiNoteAftertouch(std::span<const std::uint8_t> data) override { sum(data); }
+    void midiNoteUp(std::uint8_t, std::span<const std::uint8_t> data) override { note(data); }
+    void midiNoteAftertouch(std::uint8_t, std::span<const std::uint8_t> data) override {
+        sum(data);
+    }
     std::size_t notes = 0;
 
   private:

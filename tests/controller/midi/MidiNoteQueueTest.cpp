@@ -7,18 +7,18 @@
 #include <thread>
 
 namespace {
-using Kind = MidiNoteMessage::Kind;
+using Kind = MidiMessage::Kind;
 }
 
 TEST(MidiNoteQueue, aFloodStaysBoundedAndLeavesNoNoteSounding) {
     std::set<int> sounding;
     std::size_t performed = 0;
-    MidiNoteQueue queue([&](const MidiNoteMessage& message) {
+    MidiNoteQueue queue([&](const MidiMessage& message) {
         ++performed;
         if (message.kind == Kind::down)
-            sounding.insert(message.note);
+            sounding.insert(message.data1);
         else if (message.kind == Kind::up)
-            sounding.erase(message.note);
+            sounding.erase(message.data1);
     });
     std::mt19937 random(5);
     for (int storm = 0; storm < 20; ++storm) {
@@ -40,7 +40,7 @@ TEST(MidiNoteQueue, keepsTheOrderBetweenTwoThreads) {
     std::uint32_t last = 0;
     std::uint64_t performed = 0;
     bool inOrder = true;
-    MidiNoteQueue queue([&](const MidiNoteMessage& message) {
+    MidiNoteQueue queue([&](const MidiMessage& message) {
         inOrder = inOrder && message.source > last;
         last = message.source;
         ++performed;

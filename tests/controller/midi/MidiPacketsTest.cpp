@@ -15,9 +15,15 @@ using Bytes = std::vector<std::uint8_t>;
 /// Writes down what is played: "down 60 64 up 60", with all bytes that it was given.
 class Writer final : public MidiNoteReceiver {
   public:
-    void midiNoteDown(std::span<const std::uint8_t> data) override { write("down", data); }
-    void midiNoteUp(std::span<const std::uint8_t> data) override { write("up", data); }
-    void midiNoteAftertouch(std::span<const std::uint8_t> data) override { write("touch", data); }
+    void midiNoteDown(std::uint8_t, std::span<const std::uint8_t> data) override {
+        write("down", data);
+    }
+    void midiNoteUp(std::uint8_t, std::span<const std::uint8_t> data) override {
+        write("up", data);
+    }
+    void midiNoteAftertouch(std::uint8_t, std::span<const std::uint8_t> data) override {
+        write("touch", data);
+    }
     std::string take() { return std::exchange(m_written, {}); }
 
   private:
