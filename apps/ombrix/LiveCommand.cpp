@@ -6,14 +6,19 @@
 #include "DeviceRequest.h"
 #include "InstrumentRequest.h"
 #include "LiveLoop.h"
+#include "NetworkLines.h"
 #include "RecordedPlay.h"
 #include "Signals.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "devices/AudioWords.h"
 #include "folders/Folders.h"
 #include "log/Log.h"
+#include "midi/InstrumentControls.h"
 #include "midi/MidiInput.h"
+#include "midi/NetworkMode.h"
+#include "parameters/PresetStore.h"
 #include "runloop/Clock.h"
+#include "text/UnicodeText.h"
 
 namespace {
 
@@ -26,7 +31,8 @@ const std::vector<OptionRow>& options() {
         kPeriodOption,
         kStopOption,
         kRecordOption,
-        {"network", nullptr, "let devices nearby connect over the network"},
+        {"network", nullptr, "let devices nearby connect, whatever the settings say"},
+        {"controllers", nullptr, "use MIDI controllers, whatever the settings say"},
     });
     return rows;
 }
@@ -38,9 +44,15 @@ class Live {
         : m_instrument(instrument), m_midi(defaults) {
         m_midi.setNotes(&instrument.notes());
     }
+    ~Live() { m_midi.controls().setTarget(nullptr); }
 
-    /// Whatever the player's settings say.
-    void openNetwork() { m_midi.hub().setNetworkEnabled(true); }
+    void openNetwork(NetworkMode mode) { useNetworkMode(m_midi.hub(), mode); }
+    void useControllers() {
+        m_midi.controls().enableForNow();
+        m_reach.emplace(m_instrument);
+        m_midi.controls().setTarget(&m_reach->controls);
+    }
+    bool controllersWanted() { return m_midi.controls().enabled(); }
 
     /// Until a signal, or `longest` seconds have passed. `recorded` may be null.
     void run(double longest, RecordedPlay* recorded) {
@@ -52,6 +64,7 @@ class Live {
             if (recorded)
                 recorded->goOn();
             tellPlace();
+            m_network.look();
             LiveLoop::sleepUntil(end);
         }
         m_midi.setNotes(nullptr);
@@ -61,6 +74,15 @@ class Live {
     double elapsed() const { return Clock::monotonic() - m_started; }
 
   private:
+    /// What controllers reach beside the keys.
+    struct Reach {
+        explicit Reach(Instrument& instrument) : controls(instrument, store.presets()) {}
+        PresetStore store{WaveChoice::presetFilename(),
+                          WaveChoice::resource("default-presets.plist").value_or(""),
+                          [](const std::string& line) { tellUser("%s", line.c_str()); }};
+        InstrumentControls controls;
+    };
+
     /// Once it is known.
     void tellPlace() {
         const AudioDeviceState state = AudioDevices::state();
@@ -69,13 +91,19 @@ class Live {
         m_told = true;
         const auto words =
             AudioWords::state(AudioDevices::current()->info(), state, AudioDevices::chosen());
-        std::printf("%s MIDI port \"%s\". Ctrl+C ends.\n", words.toUtf8().constData(),
-                    Folders::applicationName());
+        tell(words.toStdString() + " MIDI port \"" + Folders::applicationName() +
+             "\". Ctrl+C ends.");
+    }
+    static void tell(const std::string& line) {
+        std::puts(UnicodeText::withoutControls(line).c_str());
         std::fflush(stdout);
     }
 
     Instrument& m_instrument;
+    std::optional<Reach> m_reach;
     MidiInput m_midi;
+    NetworkLines m_network{
+        [](const std::string& who, const std::string& what) { tell(who + " " + what); }};
     const double m_started = Clock::monotonic();
     bool m_told = false;
 };
@@ -84,8 +112,10 @@ int playLive(const CommandFrame& frame, Instrument& instrument, double longest) 
     UserDefaults defaults;
     instrument.play();
     Live live(instrument, defaults);
-    if (frame.arguments().has("network"))
-        live.openNetwork();
+    const bool open = frame.arguments().has("network");
+    live.openNetwork(open ? NetworkMode::nearby : keptNetworkMode(defaults));
+    if (frame.arguments().has("controllers") || live.controllersWanted())
+        live.useControllers();
     std::optional<RecordedPlay> recorded;
     if (frame.arguments().has("record"))
         recorded.emplace(instrument);

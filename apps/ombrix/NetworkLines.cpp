@@ -24,6 +24,9 @@ void NetworkLines::look() {
     tellMissing(m_peers, peers, "has left, from ");
     tellMissing(peers, m_peers, "takes part, from ");
     m_peers = peers;
+    const auto requests = session.requests();
+    tellMissing(requests, m_requests, "asks to take part, from ");
+    m_requests = requests;
     const std::string problem = session.problem();
     if (problem != m_problem && !problem.empty())
         tellUser("%s", problem.c_str());

@@ -6,8 +6,8 @@
 
 #include "midi/MidiNetworkSession.h"
 
-/// Tells in lines what happens to the network session: where it is open, who comes and goes, what
-/// fails. [main]
+/// Tells in lines what happens to the network session: where it is open, who asks, comes and
+/// goes, and what fails. [main]
 class NetworkLines {
   public:
     using Tell = std::function<void(const std::string& who, const std::string& what)>;
@@ -27,4 +27,5 @@ class NetworkLines {
     std::uint16_t m_port = 0;
     std::string m_problem;
     std::vector<MIDINetworkSession::Peer> m_peers;
+    std::vector<MIDINetworkSession::Peer> m_requests;
 };

@@ -25,6 +25,11 @@ void MidiControls::setNotes(Notes* notes) {
     m_keys.setNotes(notes);
 }
 
+void MidiControls::enableForNow() {
+    m_settings.enabled = true;
+    m_enabled = true;
+}
+
 void MidiControls::setSettings(const MidiControlSettings& settings) {
     const MidiControlSettings before = std::exchange(m_settings, settings.repaired());
     if (m_settings == before)

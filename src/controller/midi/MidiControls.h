@@ -26,6 +26,8 @@ class MidiControls {
     /// Kept at once. What pedals hold ends when controllers are switched off or another channel is
     /// chosen; so does what the other channels hold.
     void setSettings(const MidiControlSettings& settings);
+    /// Switched on for this run; not kept.
+    void enableForNow();
     /// settings().enabled [any thread]
     bool enabled() const { return m_enabled.load(std::memory_order_relaxed); }
 
