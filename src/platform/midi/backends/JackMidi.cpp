@@ -139,7 +139,7 @@ void JackMidi::look() {
         }
         if (gone || silent())
             letGo(false);
-        if (!m_client && std::chrono::steady_clock::now() >= m_ownFrom)
+        if (!m_client && !m_hosted && std::chrono::steady_clock::now() >= m_ownFrom)
             openOwn();
         if (m_client)
             ports = listPorts();
@@ -216,6 +216,7 @@ void JackMidi::join(jack_client_t* client) {
     std::lock_guard jack(m_jackMutex);
     letGo(true);
     take(client, false);
+    m_hosted = true;
     std::lock_guard guard(m_mutex);
     wake();
 }
@@ -224,6 +225,7 @@ void JackMidi::leave(jack_client_t* client) {
     std::lock_guard jack(m_jackMutex);
     if (m_client == client)
         letGo(false);
+    m_hosted = false;
     m_ownFrom = std::chrono::steady_clock::now() + kPatience;
     std::lock_guard guard(m_mutex);
     wake();

@@ -89,6 +89,9 @@ class JackMidi final : public MidiBackend,
     std::mutex m_jackMutex;
     jack_client_t* m_client = nullptr;
     bool m_own = false;
+    /// The client that plays has not left, though its server may be gone. A process that opens
+    /// another one at a new server before that cannot close the old one any more.
+    bool m_hosted = false;
     Time m_ownFrom;  // no client of our own is opened earlier
     Time m_nextHealth;
     std::uint64_t m_lastCycles = 0;
