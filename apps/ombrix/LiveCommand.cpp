@@ -110,8 +110,8 @@ class Live {
 
 int playLive(const CommandFrame& frame, Instrument& instrument, double longest) {
     UserDefaults defaults;
-    instrument.play();
     Live live(instrument, defaults);
+    instrument.play();  // after MIDI, whose ports lie in the client that plays
     const bool open = frame.arguments().has("network");
     live.openNetwork(open ? NetworkMode::nearby : keptNetworkMode(defaults));
     if (frame.arguments().has("controllers") || live.controllersWanted())
