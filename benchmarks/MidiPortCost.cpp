@@ -2,6 +2,7 @@
 // must run. A child process plays 100,000 messages a second; the CPU time is this process's alone.
 // Then it plays a note every 10 ms, and the time from each message's frame to its trigger is taken.
 //   midi_port_cost [SECONDS]
+//   midi_port_cost storm MESSAGES_A_SECOND     only plays, until it is ended
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -13,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <mutex>
 #include <thread>
@@ -29,7 +31,6 @@ using Steady = std::chrono::steady_clock;
 constexpr double kMessagesPerSecond = 100000;
 
 [[noreturn]] void play(double messagesPerSecond) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
     StormClient storm("storm");
     storm.setRate(messagesPerSecond);
     storm.plug();
@@ -85,8 +86,10 @@ class Stopwatch final : public QrMidiSourceDelegate, public NotesDelegate {
 
 void hear(double messagesPerSecond, double seconds) {
     const pid_t child = fork();
-    if (child == 0)
+    if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         play(messagesPerSecond);
+    }
     UserDefaults defaults("");
     Voices voices;
     for (unsigned i = 0; i < kVoiceCount; ++i) {
@@ -144,6 +147,8 @@ void hear(double messagesPerSecond, double seconds) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    if (count > 2 && !std::strcmp(arguments[1], "storm"))
+        play(std::atof(arguments[2]));
     const double seconds = count > 1 ? std::atof(arguments[1]) : 60;
     hear(kMessagesPerSecond, seconds);
     hear(100, seconds);

@@ -11,6 +11,9 @@ TEST_F(CommandLine, helpsEverywhere) {
         {{"render", "--help"},
          {"--output", "--sound", "--preset", "--set", "--buffer-frames", "--seconds", "--seed",
           "--no-auto-gain", "--force", "--verbose"}},
+        {{"live", "--help"},
+         {"--device", "--sound", "--preset", "--set", "--record", "--network", "--controllers"}},
+        {{"midi", "--help"}, {"--monitor", "--network", "--connect", "--seconds"}},
         {{"play", "--help"}, {"--device", "--sound", "--preset", "--set"}},
         {{"audition", "--help"},
          {"--from", "--loop", "--gain", "--scrub", "--pace", "--device", "--output", "--seconds"}},
@@ -45,6 +48,14 @@ TEST_F(CommandLine, refusesWordsThatItDoesNotKnow) {
         {"play", "song.mid", "--device", "gramophone"},
         {"play", "song.mid", "--output", "out.wav"},
         {"devices", "song.mid"},
+        {"live", "song.mid"},
+        {"live", "--output", "out.wav"},
+        {"live", "--device", "gramophone"},
+        {"midi", "keyboard"},
+        {"midi", "--seconds", "3"},
+        {"midi", "--monitor", "--seconds", "long"},
+        {"midi", "--connect", ""},
+        {"midi", "--connect", "host:port"},
     };
     for (const Program::Words& words : cases) {
         SCOPED_TRACE(testing::PrintToString(words));
