@@ -46,14 +46,11 @@ void IncomingStream::recover(std::span<const std::uint8_t> bytes, std::uint32_t 
     }
     m_notes.release(ending, m_sink);
     for (std::size_t channel = 0; channel < ending.size(); ++channel) {
-        const auto missing = journal.playable[channel] & ~m_notes.held()[channel];
-        for (std::size_t note = 0; missing.any() && note < missing.size(); ++note) {
-            const std::array message{static_cast<std::uint8_t>(0x90 | channel),
-                                     static_cast<std::uint8_t>(note),
-                                     journal.velocity[channel][note]};
-            if (missing[note])
-                handOn(message);
-        }
+        const NoteBits missing = journal.playable[channel] & ~m_notes.held()[channel];
+        forEachNote(missing, [&](std::size_t note) {
+            handOn(std::array{static_cast<std::uint8_t>(0x90 | channel),
+                              static_cast<std::uint8_t>(note), journal.velocity[channel][note]});
+        });
     }
     if (!whole)
         return;
