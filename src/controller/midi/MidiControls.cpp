@@ -72,7 +72,7 @@ void MidiControls::perform(const MidiMessage& message, const std::string& device
     if (!m_keys.notes())
         return;
     if (message.kind == Kind::flood)
-        return m_keys.removeAll();
+        return m_settings.enabled ? m_keys.removeAll() : void();
     const bool filtered =
         m_settings.enabled && m_settings.channel != MidiControlSettings::kAllChannels;
     if (filtered && message.channel != m_settings.channel - 1)

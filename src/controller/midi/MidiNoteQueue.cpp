@@ -10,10 +10,11 @@ bool isOfNotes(const MidiMessage& message) {
     return message.kind <= Kind::aftertouch;
 }
 
-/// Whether notes end with it that are not its own.
+/// Whether a note may go on for ever without it. That of another channel may have taken the room
+/// that was kept for the release of a note.
 bool releases(const MidiMessage& message) {
     if (message.kind != Kind::control)
-        return false;
+        return message.kind == Kind::up;
     return isPedal(message.data1) ? !isPedalDown(message.data2) : message.data1 >= kMidiAllSoundOff;
 }
 
