@@ -30,14 +30,14 @@ void MidiControls::setSettings(const MidiControlSettings& settings) {
     if (m_settings == before)
         return;
     m_enabled = m_settings.enabled;
-    if (m_settings.enabled != before.enabled || m_settings.channel != before.channel)
+    if (m_settings.enabled != before.enabled || m_settings.channel != before.channel) {
         m_keys.liftAllPedals();
+        m_bend = 0;
+    }
     if (m_settings.enabled && m_settings.channel != MidiControlSettings::kAllChannels)
         m_keys.removeAllBut(m_settings.channel - 1);
-    if (!m_settings.enabled) {
-        m_bend = 0;
+    if (!m_settings.enabled)
         m_learning.reset();
-    }
     applyBend();
     m_settings.keep(m_defaults);
     tellChanged();
