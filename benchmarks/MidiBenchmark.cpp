@@ -27,9 +27,11 @@ std::vector<std::uint8_t> messages(std::size_t bytes) {
 
 class Counter final : public MidiNoteReceiver {
   public:
-    void midiNoteDown(std::span<const std::uint8_t> data) override { sum += data[0]; }
-    void midiNoteUp(std::span<const std::uint8_t> data) override { sum += data[0]; }
-    void midiNoteAftertouch(std::span<const std::uint8_t> data) override { sum += data[0]; }
+    void midiNoteDown(std::uint8_t, std::span<const std::uint8_t> data) override { sum += data[0]; }
+    void midiNoteUp(std::uint8_t, std::span<const std::uint8_t> data) override { sum += data[0]; }
+    void midiNoteAftertouch(std::uint8_t, std::span<const std::uint8_t> data) override {
+        sum += data[0];
+    }
     std::uint64_t sum = 0;
 };
 
@@ -47,11 +49,11 @@ BENCHMARK(parse)->Arg(3)->Arg(256)->Arg(65535);
 
 void queueAndPerform(benchmark::State& state) {
     std::uint64_t sum = 0;
-    MidiNoteQueue queue([&](const MidiNoteMessage& message) { sum += message.note; });
+    MidiNoteQueue queue([&](const MidiMessage& message) { sum += message.data1; });
     std::uint8_t note = 0;
     for (auto _ : state) {
         for (int i = 0; i < state.range(0); ++i)
-            queue.push({MidiNoteMessage::Kind::up, note++, 0, 1});
+            queue.push({MidiMessage::Kind::up, note++, 0, 1});
         queue.drain();
         benchmark::DoNotOptimize(sum);
     }

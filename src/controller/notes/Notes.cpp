@@ -42,9 +42,9 @@ void Notes::tinkleIvory(int key, float gain) {
     if (unit != -1)
         return;
     const unsigned voice = nextSynthUnitToUse();
-    GrainNoteData& note = *m_voices.synths[voice]->note();
-    note.frequency = m_noteFrequencies[static_cast<std::size_t>(key)];
-    note.gain = gain;
+    m_pitches[voice] = m_noteFrequencies[static_cast<std::size_t>(key)];
+    tune(voice);
+    m_voices.synths[voice]->note()->gain = gain;
     m_voices.envelopes[voice]->trigger();
     unit = static_cast<std::int32_t>(voice);
 }
@@ -56,6 +56,18 @@ void Notes::untinkleIvory(int key) {
         return;
     m_voices.envelopes[static_cast<std::size_t>(unit)]->untrigger();
     unit = -1;
+}
+
+void Notes::tune(unsigned voice) {
+    m_voices.synths[voice]->note()->frequency = m_pitches[voice] * m_pitchBend;
+}
+
+void Notes::setPitchBend(float ratio) {
+    m_pitchBend = ratio;
+    for (unsigned voice = 0; voice < kVoiceCount; ++voice) {
+        if (m_pitches[voice] > 0.f)
+            tune(voice);
+    }
 }
 
 void Notes::midiNoteDown(std::uint8_t note, std::uint8_t velocity) {

@@ -41,6 +41,10 @@ class Notes {
     void midiNoteUp(std::uint8_t note);
     void midiNoteAftertouch() {}
 
+    /// Plays everything that many times as high, what sounds and what will; 1 at first. The voices
+    /// go on where they are, so that a bend does not click.
+    void setPitchBend(float ratio);
+
     /// Releases every key that is down.
     void releaseAll();
 
@@ -60,6 +64,7 @@ class Notes {
     /// The voice triggered first of those that the choice admits, and before `now`; -1 if none.
     int oldestVoice(Choice choice, double now) const;
     void stealVoice(unsigned voice);
+    void tune(unsigned voice);
     void tellTouched(bool down);
     void tellShown(int key, bool highlighted);
 
@@ -67,4 +72,6 @@ class Notes {
     std::vector<NotesDelegate*> m_delegates;
     std::array<float, kKeyCount> m_noteFrequencies;
     std::array<std::int32_t, kKeyCount> m_triggeredNoteUnits;
+    std::array<float, kVoiceCount> m_pitches{};  // hertz of each voice's key; 0: never played
+    float m_pitchBend = 1.f;
 };

@@ -16,6 +16,8 @@ OmbrixViewController::OmbrixViewController() {
 
 OmbrixViewController::~OmbrixViewController() {
     NotificationCentre::defaultCentre().removeObserver(m_settingsObserver);
+    if (m_midi)
+        m_midi->controls().setTarget(nullptr);
     RunLoop::main().cancel(m_restore);
 }
 
@@ -57,6 +59,9 @@ void OmbrixViewController::initialiseViews() {
     m_performance =
         std::make_unique<Performance>(m_instrument->notes(), m_instrument->recordingUnit());
     m_dials = std::make_unique<DialBank>(*m_instrument, *m_settings);
+    m_screenControls = std::make_unique<ScreenControls>(
+        ScreenControls::Rooms{*m_dials, *m_settings, *m_store}, [this] { silence(); });
+    midiControls().setTarget(m_screenControls.get());
     m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
     m_grainMode = std::make_unique<GrainModeState>(*m_instrument, *m_settings);
     m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);

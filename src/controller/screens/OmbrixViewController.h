@@ -20,6 +20,7 @@
 #include "screens/Presentation.h"
 #include "screens/PresetBar.h"
 #include "screens/PresetScreens.h"
+#include "screens/ScreenControls.h"
 #include "screens/SettingsController.h"
 #include "screens/Sharing.h"
 #include "screens/TakeScreen.h"
@@ -87,6 +88,7 @@ class OmbrixViewController : public QObject,
     /// Whether files are being opened or a sound is on its way.
     bool arriving() const { return m_restore || m_files->busy() || m_sounds->loading(); }
     Instrument& instrument() { return *m_instrument; }
+    MidiControls& midiControls() { return m_midi->controls(); }
 
     /// The keys, 0 to 87.
     Q_INVOKABLE void tinkleIvory(int key);
@@ -182,6 +184,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<AudioTake> m_take;
     std::unique_ptr<Performance> m_performance;
     std::unique_ptr<DialBank> m_dials;
+    std::unique_ptr<ScreenControls> m_screenControls;  // of m_midi
     std::unique_ptr<EnvelopeState> m_envelope;
     std::unique_ptr<GrainModeState> m_grainMode;
     std::unique_ptr<PresetBar> m_presetBar;
