@@ -11,7 +11,7 @@ bool IncomingStream::take(const RtpMidiPacket& packet) {
         return false;
     m_packet = index;
     m_late = arrival == SequenceWindow::Arrival::late;
-    if (arrival == SequenceWindow::Arrival::restarted)
+    if (arrival == SequenceWindow::Arrival::first)
         begin();
     if (m_late) {
         ExclusiveJoiner none;
@@ -24,6 +24,9 @@ bool IncomingStream::take(const RtpMidiPacket& packet) {
     if (m_order.hasGap() && !packet.journal.empty())
         recover(packet.journal, index);
     MidiCommandList(packet, m_exclusive, *this).read();
+    // What came before the first packet, only that one's journal can tell: nothing is held yet.
+    if (arrival == SequenceWindow::Arrival::first)
+        m_order.makeUp();
     return true;
 }
 
@@ -46,14 +49,11 @@ void IncomingStream::recover(std::span<const std::uint8_t> bytes, std::uint32_t 
     }
     m_notes.release(ending, m_sink);
     for (std::size_t channel = 0; channel < ending.size(); ++channel) {
-        const auto missing = journal.playable[channel] & ~m_notes.held()[channel];
-        for (std::size_t note = 0; missing.any() && note < missing.size(); ++note) {
-            const std::array message{static_cast<std::uint8_t>(0x90 | channel),
-                                     static_cast<std::uint8_t>(note),
-                                     journal.velocity[channel][note]};
-            if (missing[note])
-                handOn(message);
-        }
+        const NoteBits missing = journal.playable[channel] & ~m_notes.held()[channel];
+        forEachNote(missing, [&](std::size_t note) {
+            handOn(std::array{static_cast<std::uint8_t>(0x90 | channel),
+                              static_cast<std::uint8_t>(note), journal.velocity[channel][note]});
+        });
     }
     if (!whole)
         return;

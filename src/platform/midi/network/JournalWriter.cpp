@@ -13,23 +13,20 @@ constexpr unsigned kStillPlayable = 0x80;
 constexpr std::size_t kJournalHeader = 3;
 constexpr std::size_t kChannelMost = 3 + 2 + 16;
 
-/// Where the bits of ends begin and end, in bytes of the 128 bits; 15 and 0 or 1 if there are none.
-struct OffBounds {
-    unsigned low = 15, high = 0;
-};
-
-OffBounds boundsOf(const std::bitset<128>& off, std::size_t logs) {
-    OffBounds bounds{15, logs == 127 ? 1u : 0u};  // 0 would mean 128 logs
-    if (off.none())
-        return bounds;
-    for (unsigned note = 0; note < off.size(); ++note) {
-        if (off[note]) {
-            bounds.low = std::min(bounds.low, note / 8);
-            bounds.high = note / 8;
-        }
+/// Bits for notes that are off, from the byte of the lowest to that of the highest.
+struct OffBits {
+    explicit OffBits(const NoteBits& off) {
+        forEachNote(off, [&](std::size_t note) {
+            bytes[note / 8] = static_cast<std::uint8_t>(bytes[note / 8] | 0x80 >> note % 8);
+            low = std::min(low, note / 8);
+            high = note / 8;
+        });
     }
-    return bounds;
-}
+    std::size_t count() const { return low <= high ? high - low + 1 : 0; }
+
+    std::array<std::uint8_t, 16> bytes{};
+    std::size_t low = 15, high = 0;
+};
 
 }  // namespace
 
@@ -48,88 +45,68 @@ void JournalWriter::set(std::size_t channel, std::size_t note, std::uint8_t velo
     m_on[channel][note] = velocity != 0;
     m_velocity[channel][note] = velocity;
     m_packet[channel][note] = packet;
+    m_newest[channel] = packet;
 }
 
 /// All sound off, all notes off, and the modes that imply it. Notes that began before the
 /// checkpoint are not known here any more: the message itself has to reach them.
 void JournalWriter::endChannel(std::size_t channel, std::uint32_t packet) {
-    for (std::size_t note = 0; m_on[channel].any() && note < 128; ++note) {
-        if (m_on[channel][note])
-            set(channel, note, 0, packet);
-    }
+    forEachNote(NoteBits(m_on[channel]), [&](std::size_t note) { set(channel, note, 0, packet); });
 }
 
 void JournalWriter::forgetThrough(std::uint32_t packet) {
     m_checkpoint = packet + 1;
     for (std::size_t channel = 0; channel < m_told.size(); ++channel) {
-        for (std::size_t note = 0; m_told[channel].any() && note < 128; ++note) {
-            if (m_told[channel][note] &&
-                static_cast<std::int32_t>(m_packet[channel][note] - packet) <= 0)
+        forEachNote(NoteBits(m_told[channel]), [&](std::size_t note) {
+            if (static_cast<std::int32_t>(m_packet[channel][note] - packet) <= 0)
                 m_told[channel].reset(note);
-        }
+        });
         m_on[channel] &= m_told[channel];
     }
 }
 
-bool JournalWriter::isEmpty() const {
-    return std::ranges::all_of(m_told, [](const auto& notes) { return notes.none(); });
+std::size_t JournalWriter::channels() const {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(m_told, [](const NoteBits& notes) { return notes.any(); }));
+}
+
+bool JournalWriter::isRecent(std::size_t channel, std::uint32_t packet) const {
+    return m_told[channel].any() && m_newest[channel] == packet - 1;
 }
 
 void JournalWriter::write(std::vector<std::uint8_t>& to, std::uint32_t packet) const {
-    unsigned channels = 0;
+    const std::size_t count = channels();
     bool recent = false;
-    for (std::size_t channel = 0; channel < m_told.size(); ++channel) {
-        channels += m_told[channel].any();
+    for (std::size_t channel = 0; channel < m_told.size(); ++channel)
         recent |= isRecent(channel, packet);
-    }
-    const unsigned contents = channels > 0 ? kChannelJournals | (channels - 1) : 0;
+    const std::size_t contents = count > 0 ? kChannelJournals | (count - 1) : 0;
     ByteWriter(to).u8((recent ? 0 : kNothingRecent) | contents).u16(m_checkpoint);
-    std::size_t notesLeft = (kMostBytes - kJournalHeader - channels * kChannelMost) / 2;
+    std::size_t notesLeft = (kMostBytes - kJournalHeader - count * kChannelMost) / 2;
     for (std::size_t channel = 0; channel < m_told.size(); ++channel) {
         if (m_told[channel].any())
             writeChannel(to, channel, packet, notesLeft);
     }
 }
 
-bool JournalWriter::isRecent(std::size_t channel, std::uint32_t packet) const {
-    for (std::size_t note = 0; m_told[channel].any() && note < 128; ++note) {
-        if (m_told[channel][note] && m_packet[channel][note] == packet - 1)
-            return true;
-    }
-    return false;
-}
-
 void JournalWriter::writeChannel(std::vector<std::uint8_t>& to, std::size_t channel,
                                  std::uint32_t packet, std::size_t& notesLeft) const {
-    const auto off = m_told[channel] & ~m_on[channel];
+    const OffBits off(m_told[channel] & ~m_on[channel]);
     const std::size_t logs = std::min(m_on[channel].count(), notesLeft);
     notesLeft -= logs;
-    const OffBounds bounds = boundsOf(off, logs);
-    const std::size_t offBytes = bounds.low <= bounds.high ? bounds.high - bounds.low + 1 : 0;
-    const std::size_t length = 3 + 2 + 2 * logs + offBytes;
     const bool recent = isRecent(channel, packet);
     ByteWriter out(to);
-    out.u16((recent ? 0u : 0x8000u) | channel << 11 | length).u8(kNotesOnly);
-    const auto endedJustNow = [&](std::size_t note) {
-        return off[note] && m_packet[channel][note] == packet - 1;
-    };
-    bool ended = false;
-    for (std::size_t note = 0; off.any() && note < 128; ++note)
-        ended |= endedJustNow(note);
-    out.u8((ended ? 0u : 0x80u) | std::min<std::size_t>(logs, 127));
-    out.u8(bounds.low << 4 | bounds.high);
-    std::size_t written = 0;
-    for (std::size_t note = 0; written < logs; ++note) {
-        if (!m_on[channel][note])
-            continue;
+    out.u16((recent ? 0u : 0x8000u) | channel << 11 | (3 + 2 + 2 * logs + off.count()));
+    out.u8(kNotesOnly);
+    // The bounds 15 and 0 mean 128 logs where there seem to be 127; 15 and 1 that there are 127.
+    const std::size_t high = logs == 127 && off.count() == 0 ? 1 : off.high;
+    out.u8((recent ? 0u : 0x80u) | std::min<std::size_t>(logs, 127)).u8(off.low << 4 | high);
+    std::size_t left = logs;
+    forEachNote(m_on[channel], [&](std::size_t note) {
+        if (left == 0)
+            return;
+        --left;
         const bool justNow = m_packet[channel][note] == packet - 1;
         out.u8((justNow ? 0u : 0x80u) | note).u8(kStillPlayable | m_velocity[channel][note]);
-        ++written;
-    }
-    for (std::size_t byte = bounds.low; byte < bounds.low + offBytes; ++byte) {
-        unsigned bits = 0;
-        for (std::size_t i = 0; i < 8; ++i)
-            bits = bits << 1 | off[8 * byte + i];
-        out.u8(bits);
-    }
+    });
+    out.bytes(std::span(off.bytes).subspan(off.low, off.count()));
 }

@@ -22,7 +22,7 @@ class JournalWriter {
     void follow(std::span<const std::uint8_t> message, std::uint32_t packet);
     /// The receiver has heard everything up to that packet.
     void forgetThrough(std::uint32_t packet);
-    bool isEmpty() const;
+    bool isEmpty() const { return channels() == 0; }
     std::uint32_t checkpoint() const { return m_checkpoint; }
 
     /// The journal of that packet, before its own messages are followed. If more notes are held
@@ -35,10 +35,13 @@ class JournalWriter {
     void writeChannel(std::vector<std::uint8_t>& to, std::size_t channel, std::uint32_t packet,
                       std::size_t& notesLeft) const;
     bool isRecent(std::size_t channel, std::uint32_t packet) const;
+    /// Those with anything to tell.
+    std::size_t channels() const;
 
     std::uint32_t m_checkpoint;
     ChannelNotes m_told{};  // since the checkpoint
     ChannelNotes m_on{};    // of these
     std::array<std::array<std::uint8_t, 128>, 16> m_velocity{};
-    std::array<std::array<std::uint32_t, 128>, 16> m_packet{};
+    std::array<std::array<std::uint32_t, 128>, 16> m_packet{};  // that told it last
+    std::array<std::uint32_t, 16> m_newest{};                   // of these, for each channel
 };

@@ -17,12 +17,10 @@ void PeerNotes::release(const ChannelNotes& which, MidiCommandSink& sink) {
     for (std::size_t channel = 0; channel < which.size(); ++channel) {
         const auto ending = m_held[channel] & which[channel];
         m_held[channel] &= ~ending;
-        for (std::size_t note = 0; ending.any() && note < ending.size(); ++note) {
-            const std::array message{static_cast<std::uint8_t>(0x80 | channel),
-                                     static_cast<std::uint8_t>(note), std::uint8_t{64}};
-            if (ending[note])
-                sink.command(message);
-        }
+        forEachNote(ending, [&](std::size_t note) {
+            sink.command(std::array{static_cast<std::uint8_t>(0x80 | channel),
+                                    static_cast<std::uint8_t>(note), std::uint8_t{64}});
+        });
     }
 }
 
