@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <thread>
 
@@ -88,8 +89,15 @@ std::vector<MIDINetworkSession::Peer> MIDINetworkSession::requests() const {
     return m_board->state().requests;
 }
 
+/// Who takes part may have come from another of its addresses: its name tells as well.
 std::vector<MIDINetworkSession::Peer> MIDINetworkSession::found() const {
-    return m_board->state().found;
+    NetworkBoard::State state = m_board->state();
+    std::erase_if(state.found, [&](const Peer& found) {
+        return std::ranges::any_of(state.connections, [&](const Peer& peer) {
+            return peer.name == found.name || peer.address == found.address;
+        });
+    });
+    return std::move(state.found);
 }
 
 void MIDINetworkSession::answer(std::uint32_t request, bool allowed) {

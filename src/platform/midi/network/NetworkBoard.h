@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -57,6 +58,11 @@ class NetworkBoard : public std::enable_shared_from_this<NetworkBoard> {
     /// Changes the state and tells the observers, on the main thread, if it is another one then.
     void change(const std::function<void(State&)>& how);
 
+    /// Numbers of peers are never used twice, by whatever session serves the board: the highest
+    /// that was given.
+    std::uint32_t lastPeer() const { return m_lastPeer; }
+    void setLastPeer(std::uint32_t peer) { m_lastPeer = peer; }
+
     /// Hosts that the player has allowed in; for as long as the board lives.
     void addContact(const NetworkAddress& host);
     bool isContact(const NetworkAddress& host) const;
@@ -71,6 +77,7 @@ class NetworkBoard : public std::enable_shared_from_this<NetworkBoard> {
     Wishes m_wishes;
     State m_state;
     std::vector<Order> m_orders;
+    std::atomic<std::uint32_t> m_lastPeer{0};
     std::function<void()> m_wake;
     std::set<NetworkAddress> m_contacts;  // at port 0
     bool m_telling = false;               // the main thread is going to tell the observers

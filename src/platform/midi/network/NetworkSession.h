@@ -4,42 +4,14 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "midi/MidiNetworkSession.h"
-#include "midi/network/NetworkAddress.h"
-
-/// A session has two ports beside one another; who takes part is known by both.
-enum class SessionPort : std::uint8_t { control, data };
-
-/// Nanoseconds of the system's monotonic clock.
-using SessionTime = std::uint64_t;
-
-/// What a session makes happen. Called from within the session's own functions, which must not be
-/// called back.
-class NetworkSessionHost {
-  public:
-    virtual ~NetworkSessionHost() = default;
-    virtual void send(SessionPort from, const NetworkAddress& to,
-                      std::span<const std::uint8_t> datagram) = 0;
-    /// Whether a host is on a directly attached subnet, or is this one.
-    virtual bool isNear(const NetworkAddress& address) = 0;
-    /// Whether the player has allowed that host in.
-    virtual bool isContact(const NetworkAddress& address) = 0;
-
-    virtual void peerJoined(std::uint32_t peer, const std::string& name,
-                            const NetworkAddress& control) = 0;
-    /// After the releases of all its notes.
-    virtual void peerLeft(std::uint32_t peer) = 0;
-    /// Waits for answer(), until askEnded().
-    virtual void asked(std::uint32_t peer, const std::string& name,
-                       const NetworkAddress& control) = 0;
-    virtual void askEnded(std::uint32_t peer) = 0;
-    /// An invitation of ours came to nothing; one line for the player.
-    virtual void inviteFailed(const NetworkAddress& control, const std::string& why) = 0;
-    /// One whole message with its status byte, in the order played; `time` is that of its arrival.
-    virtual void received(std::uint32_t peer, SessionTime time,
-                          std::span<const std::uint8_t> message) = 0;
-};
+#include "midi/network/AskList.h"
+#include "midi/network/HostTimes.h"
+#include "midi/network/NetworkSessionHost.h"
+#include "midi/network/SessionPacket.h"
+#include "midi/network/SessionPeer.h"
 
 /// MIDI over the network: RTP-MIDI (RFC 6295) under the session protocol that desktop and tablet
 /// systems share (invitation, clock synchronisation, receiver feedback, goodbye). It has no socket,
@@ -51,12 +23,16 @@ class NetworkSession {
         std::string name;
         std::uint32_t ssrc = 0;                 // of our stream
         std::function<std::uint32_t()> random;  // for tokens and first sequence numbers
+        std::uint32_t lastPeer = 0;             // the number that was last given to a peer
     };
+    /// With those that are about to take part.
     static constexpr std::size_t kMostPeers = 8;
 
     NetworkSession(NetworkSessionHost& host, Identity identity);
     ~NetworkSession();
 
+    /// Those who take part stay. Who waits for the player is refused if now nobody may, and let in
+    /// if now everybody may, at its next invitation.
     void setPolicy(MIDINetworkSession::ConnectionPolicy policy);
     void receive(SessionPort at, const NetworkAddress& from, std::span<const std::uint8_t> datagram,
                  SessionTime now);
@@ -64,6 +40,7 @@ class NetworkSession {
     void unreachable(const NetworkAddress& to, SessionTime now);
     /// Invites whoever listens at a control port.
     void invite(const NetworkAddress& control, SessionTime now);
+    /// One that is refused is not heard again for AskList::kPatience.
     void answer(std::uint32_t asker, bool allowed, SessionTime now);
     void disconnect(std::uint32_t peer, SessionTime now);
     /// One or several whole messages, with a recovery journal.
@@ -72,4 +49,54 @@ class NetworkSession {
     SessionTime turn(SessionTime now);
     /// Says goodbye to everybody.
     void close(SessionTime now);
+
+  private:
+    struct Arrival {
+        SessionPort at;
+        const NetworkAddress& from;
+        SessionTime now;
+    };
+
+    void receiveCommand(const Arrival& arrival, const SessionPacket& packet);
+    void receiveMidi(const Arrival& arrival, std::span<const std::uint8_t> datagram);
+    void receiveInvitation(const Arrival& arrival, const SessionPacket& packet);
+    void receiveAccepted(const Arrival& arrival, const SessionPacket& packet);
+    void receiveRefused(const Arrival& arrival, const SessionPacket& packet);
+    void receiveGoodbye(const Arrival& arrival, const SessionPacket& packet);
+    void receiveClock(const Arrival& arrival, const SessionPacket& packet);
+
+    void invitedAgain(SessionPeer& peer, const Arrival& arrival, const SessionPacket& packet);
+    void completedByThem(SessionPeer& peer, const Arrival& arrival, const SessionPacket& packet);
+    void knock(const Arrival& arrival, const SessionPacket& packet);
+    void ask(const Arrival& arrival, const SessionPacket& packet);
+    void admit(std::uint32_t id, const std::string& name, const Arrival& arrival,
+               const SessionPacket& packet);
+    bool makeRoom(const NetworkAddress& forWhom);
+    bool yieldsTo(const SessionPeer& invite, const NetworkAddress& from, std::uint32_t ssrc);
+
+    void join(SessionPeer& peer, SessionTime now);
+    void leave(std::size_t index, bool goodbye, SessionTime now);
+    void fail(std::size_t index, const char* why);
+    void sendInvitation(SessionPeer& peer, SessionTime now);
+    void sendClock(SessionPeer& peer, SessionTime now);
+    void sendFeedback(SessionPeer& peer, SessionTime now);
+    void sendGoodbye(const SessionPeer& peer);
+    void say(SessionPort at, const NetworkAddress& to, SessionPacket packet);
+    void say(SessionPort at, const NetworkAddress& to, SessionCommand command, std::uint32_t token);
+    OutgoingStream::Emit toDataOf(const SessionPeer& peer);
+
+    void turnPeer(std::size_t index, SessionTime now);
+    SessionTime dueOf(const SessionPeer& peer) const;
+    std::size_t indexOfStream(const NetworkAddress& from, std::uint32_t ssrc) const;
+    std::size_t indexOfInvite(const NetworkAddress& from, std::uint32_t token) const;
+    std::size_t indexOf(std::uint32_t peer) const;
+
+    NetworkSessionHost& m_host;
+    Identity m_identity;
+    MIDINetworkSession::ConnectionPolicy m_policy = MIDINetworkSession::ConnectionPolicy::anyone;
+    std::uint32_t m_lastId;
+    std::vector<SessionPeer> m_peers;
+    AskList m_asks{m_host};
+    HostTimes m_newcomers;  // not another one of that host yet
+    HostTimes m_refused;
 };
