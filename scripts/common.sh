@@ -76,6 +76,23 @@ install_packages() {
         { say "These packages could not be installed: $missing"; return 1; }
 }
 
+# install_peers: programs of others that tests play with, if this machine can have them; without
+# them those tests are skipped.
+install_peers() {
+    local folder=$root/build/peers
+    command -v npm >/dev/null && command -v node >/dev/null || return 0
+    ! cmp -s "$root/tests/peers/package-lock.json" "$folder/installed" || return 0
+    mkdir -p "$folder"
+    cp "$root/tests/peers/"package*.json "$folder/"
+    # Not "npm ci": an optional package that runs on one old system only is not in the list.
+    if (cd "$folder" && npm install --no-save --omit=optional --ignore-scripts --no-audit \
+        --no-fund --fetch-retries=1 --fetch-timeout=20000) >"$folder/npm.log" 2>&1; then
+        cp "$root/tests/peers/package-lock.json" "$folder/installed"
+    else
+        say "No network peers of others could be installed (see $folder/npm.log): their tests are skipped."
+    fi
+}
+
 # configure PRESET on|keep: sets the build folder up if it is not. "on" has the tests built too,
 # "keep" leaves them as they are: without, in a folder that is new.
 configure() {

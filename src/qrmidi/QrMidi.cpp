@@ -83,8 +83,8 @@ void QrMidi::stopScanning() {
 
 void QrMidi::setNetworkEnabled(bool on) {
     MIDINetworkSession& session = MIDINetworkSession::defaultSession();
-    session.enabled = on;
-    session.connectionPolicy = MIDINetworkSession::ConnectionPolicy::anyone;
+    session.setEnabled(on);
+    session.setConnectionPolicy(MIDINetworkSession::ConnectionPolicy::anyone);
 }
 
 std::string QrMidi::virtualName() const {

@@ -9,6 +9,7 @@
 #include "QrMidiDestination.h"
 #include "QrMidiSource.h"
 #include "defaults/UserDefaults.h"
+#include "midi/MidiNetworkSession.h"
 #include "runloop/RunLoop.h"
 
 /// Who is told which endpoints come and go; our own virtual ones are not among them. [main]
@@ -71,7 +72,7 @@ class QrMidi {
     QrMidiSource* virtualDestinationSource() const { return m_virtualDestinationSource.get(); }
 
     /// Of the system's session over the network; any host may connect.
-    bool networkEnabled() const { return MIDINetworkSession::defaultSession().enabled; }
+    bool networkEnabled() const { return MIDINetworkSession::defaultSession().isEnabled(); }
     void setNetworkEnabled(bool on);
 
     const std::vector<std::shared_ptr<QrMidiSource>>& sources() const { return m_sources; }

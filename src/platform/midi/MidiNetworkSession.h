@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+class NetworkBoard;
 
 /// Posted on the main thread after any change of the session.
 inline constexpr const char* kMIDINetworkSessionChanged = "MIDINetworkSessionChangedNotification";
@@ -24,9 +27,15 @@ class MIDINetworkSession {
         std::uint32_t id = 0;  // never used twice; 0 for one that was only found
         std::string name;
         std::string address;  // as connect() takes it: "192.168.1.7:5004", "[fe80::1%eth0]:5004"
+
+        bool operator==(const Peer&) const = default;
     };
 
     static MIDINetworkSession& defaultSession();
+    /// One of its own, for whoever serves that board.
+    explicit MIDINetworkSession(std::shared_ptr<NetworkBoard> board);
+    /// Where the calls leave what is wanted.
+    const std::shared_ptr<NetworkBoard>& board() const { return m_board; }
 
     bool isEnabled() const;
     void setEnabled(bool enabled);
@@ -37,7 +46,8 @@ class MIDINetworkSession {
     std::string localName() const;
     /// The control port, 0 while it is not open. Data goes through the next one.
     std::uint16_t port() const;
-    /// Why it is not open though it should be, in one line; else empty.
+    /// Why it is not open though it should be, or why the latest invitation came to nothing, in one
+    /// line; else empty.
     std::string problem() const;
 
     /// Who takes part.
@@ -49,7 +59,11 @@ class MIDINetworkSession {
 
     void answer(std::uint32_t request, bool allowed);
     /// Invites HOST, HOST:PORT or [IPv6]:PORT; the port is 5004 where it is left out. One line if
-    /// that was not understood, else nothing; the outcome shows in connections() and problem().
+    /// that was not understood, else nothing; the outcome shows in connections() and problem(). An
+    /// invitation waits for the session to open, unless it is not enabled.
     std::string connect(const std::string& host);
     void disconnect(std::uint32_t connection);
+
+  private:
+    std::shared_ptr<NetworkBoard> m_board;
 };

@@ -144,8 +144,3 @@ OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList& list) {
 OSStatus MIDIFlushOutput(MIDIEndpointRef destination) {
     return midi().flush(destination);
 }
-
-MIDINetworkSession& MIDINetworkSession::defaultSession() {
-    static MIDINetworkSession session;
-    return session;
-}

@@ -57,13 +57,3 @@ OSStatus MIDISend(MIDIPortRef port, MIDIEndpointRef destination, const MIDIPacke
 OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList& list);
 /// Forgets what was sent and has not gone out.
 OSStatus MIDIFlushOutput(MIDIEndpointRef destination);
-
-/// What the player wants of MIDI over the network. [main]
-struct MIDINetworkSession {
-    enum class ConnectionPolicy : std::int32_t { noOne = 0, hostsInContactsList = 1, anyone = 2 };
-
-    bool enabled = false;
-    ConnectionPolicy connectionPolicy = ConnectionPolicy::noOne;
-
-    static MIDINetworkSession& defaultSession();
-};

@@ -62,7 +62,7 @@ class MidiBackend {
 /// All back ends that the MIDI services use. [control], while no MIDI client lives.
 namespace MidiBackends {
 using Maker = std::function<std::shared_ptr<MidiBackend>()>;
-/// JACK and the ALSA sequencer, unless others were put in their place.
+/// JACK, the ALSA sequencer and the network, unless others were put in their place.
 std::vector<Maker> all();
 /// Takes the place of all: how a test puts one of its own there. None at all is a system without
 /// MIDI.

@@ -3,6 +3,7 @@
 #include "midi/backends/AlsaMidi.h"
 #include "midi/backends/JackMidi.h"
 #include "midi/backends/MidiBackend.h"
+#include "midi/network/NetworkMidi.h"
 
 namespace {
 std::optional<std::vector<MidiBackends::Maker>> inPlace;
@@ -12,7 +13,8 @@ std::vector<MidiBackends::Maker> MidiBackends::all() {
     if (inPlace)
         return *inPlace;
     return {[] { return std::make_shared<JackMidi>(); },
-            [] { return std::make_shared<AlsaMidi>(); }};
+            [] { return std::make_shared<AlsaMidi>(); },
+            [] { return std::make_shared<NetworkMidi>(); }};
 }
 
 void MidiBackends::use(std::vector<Maker> makers) {

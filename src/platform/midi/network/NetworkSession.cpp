@@ -30,7 +30,7 @@ constexpr const char* kOurselves = "That is this session itself.";
 }  // namespace
 
 NetworkSession::NetworkSession(NetworkSessionHost& host, Identity identity)
-    : m_host(host), m_identity(std::move(identity)) {
+    : m_host(host), m_identity(std::move(identity)), m_lastId(m_identity.lastPeer) {
     m_identity.name = plainName(m_identity.name);
 }
 
@@ -330,8 +330,9 @@ void NetworkSession::sendClock(SessionPeer& peer, SessionTime now) {
         {.command = SessionCommand::clock, .times = {sessionTicks(now), 0, 0}});
 }
 
-void NetworkSession::sendFeedback(SessionPeer& peer) {
-    peer.feedback = kNever;
+/// Goes on while notes are held: the system says that nobody listens only when something is sent.
+void NetworkSession::sendFeedback(SessionPeer& peer, SessionTime now) {
+    peer.feedback = peer.input->holdsNotes() ? now + kFeedbackAfter : kNever;
     say(SessionPort::control, peer.control,
         {.command = SessionCommand::feedback, .sequence = peer.input->heardThrough()});
 }
@@ -382,7 +383,7 @@ void NetworkSession::turnPeer(SessionPeer& peer, SessionTime now) {
     if (now >= peer.due)
         sendClock(peer, now);
     if (now >= peer.feedback)
-        sendFeedback(peer);
+        sendFeedback(peer, now);
     peer.output->turn(now, toDataOf(peer));
 }
 

@@ -20,6 +20,7 @@ class NetworkSession {
         std::string name;
         std::uint32_t ssrc = 0;                 // of our stream
         std::function<std::uint32_t()> random;  // for tokens and first sequence numbers
+        std::uint32_t lastPeer = 0;             // the number that was last given to a peer
     };
     /// With those that are about to take part.
     static constexpr std::size_t kMostPeers = SessionPeers::kMost;
@@ -73,7 +74,7 @@ class NetworkSession {
     void fail(const SessionPeer& peer, const char* why);
     void sendInvitation(SessionPeer& peer, SessionTime now);
     void sendClock(SessionPeer& peer, SessionTime now);
-    void sendFeedback(SessionPeer& peer);
+    void sendFeedback(SessionPeer& peer, SessionTime now);
     void sendGoodbye(const SessionPeer& peer);
     void say(SessionPort at, const NetworkAddress& to, SessionPacket packet);
     void say(SessionPort at, const NetworkAddress& to, SessionCommand command, std::uint32_t token);
@@ -84,7 +85,7 @@ class NetworkSession {
 
     NetworkSessionHost& m_host;
     Identity m_identity;
-    std::uint32_t m_lastId = 0;
+    std::uint32_t m_lastId;
     SessionPeers m_peers;
     SessionDoor m_door{m_host};
 };

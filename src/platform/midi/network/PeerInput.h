@@ -13,6 +13,7 @@ class PeerInput final : private MidiCommandSink {
         return m_stream.take(packet);
     }
     std::uint16_t heardThrough() const { return m_stream.heardThrough(); }
+    bool holdsNotes() const { return m_stream.notes().any(); }
     void releaseAll(SessionTime now) {
         m_now = now;
         m_stream.releaseAll();
