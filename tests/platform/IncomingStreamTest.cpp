@@ -89,6 +89,7 @@ TEST(IncomingStream, ordersWhatComesOutOfOrder) {
         {"a late start counts if nothing newer was told",
          {{1, on(1)}, {3, on(3)}, {2, on(2)}},
          {on(1), on(3), on(2)}},
+        {"a late one counts once", {{1, {}}, {3, on(3)}, {2, on(2)}, {2, on(2)}}, {on(3), on(2)}},
         {"a late start of what has ended does not", {{1, {}}, {3, off(2)}, {2, on(2)}}, {off(2)}},
         {"a late end counts", {{1, on(1)}, {3, on(3)}, {2, off(1)}}, {on(1), on(3), off(1)}},
         {"a late end of what began again does not",

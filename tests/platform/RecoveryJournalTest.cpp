@@ -80,6 +80,9 @@ TEST(RecoveryJournal, endsAtTheFirstThingThatDoesNotFit) {
          kHeader + channelJournal(3, 0x28, Bytes{0, 1} + kNotes)},
         {"chapter C beyond its channel", kHeader + channelJournal(3, 0x48, Bytes{0x7F} + kNotes)},
         {"logs beyond their channel", kHeader + channelJournal(3, 0x08, {0xFF, 0x88, 60, 0xE4})},
+        {"a channel that comes twice", Bytes{0x21, 0x12, 0x34} +
+                                           channelJournal(3, 0x08, {0x00, 0xF0}) +
+                                           channelJournal(3, 0x08, kNotes)},
         {"a second channel that is not there",
          Bytes{0x21, 0x12, 0x34} + channelJournal(9, 0x08, {0x80, 0xF0})},
     };
