@@ -70,7 +70,7 @@ void MIDINetworkSession::setConnectionPolicy(ConnectionPolicy policy) {
 }
 
 std::string MIDINetworkSession::localName() const {
-    return m_board->state().localName;
+    return m_board->localName();
 }
 
 std::uint16_t MIDINetworkSession::port() const {

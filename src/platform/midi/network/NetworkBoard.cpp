@@ -53,6 +53,17 @@ NetworkBoard::State NetworkBoard::state() const {
     return m_state;
 }
 
+std::string NetworkBoard::localName() const {
+    std::lock_guard guard(m_mutex);
+    return m_state.localName;
+}
+
+void NetworkBoard::setLocalName(const std::string& name) {
+    change([&](State& state) { state.localName = name; });
+    std::lock_guard guard(m_mutex);
+    wake();
+}
+
 void NetworkBoard::change(const std::function<void(State&)>& how) {
     {
         std::lock_guard guard(m_mutex);

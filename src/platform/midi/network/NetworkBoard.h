@@ -55,6 +55,9 @@ class NetworkBoard : public std::enable_shared_from_this<NetworkBoard> {
     void setServer(std::function<void()> wake);
 
     State state() const;
+    std::string localName() const;
+    /// Also wakes the network's thread.
+    void setLocalName(const std::string& name);
     /// Changes the state and tells the observers, on the main thread, if it is another one then.
     void change(const std::function<void(State&)>& how);
 

@@ -25,10 +25,11 @@ class NetworkDirectory::Worker {
           m_poll(avahi.avahi_simple_poll_new()),
           m_announcement(avahi, name, port,
                          [this](const std::string& other) {
-                             change([&](auto& state) { state.localName = other; });
+                             unlessAbandoned([&] { m_board->setLocalName(other); });
                          }),
           m_browse(avahi, [this](NetworkBoard::Peers peers) {
-              change([&](auto& state) { state.found = std::move(peers); });
+              unlessAbandoned(
+                  [&] { m_board->change([&](auto& state) { state.found = std::move(peers); }); });
           }) {}
     ~Worker() { m_avahi.avahi_simple_poll_free(m_poll); }
 
@@ -91,10 +92,11 @@ class NetworkDirectory::Worker {
     }
 
     /// Whoever has been left behind tells nothing any more.
-    void change(const std::function<void(NetworkBoard::State&)>& how) {
+    template <typename What>
+    void unlessAbandoned(What what) {
         std::lock_guard guard(m_mutex);
         if (!m_abandoned)
-            m_board->change(how);
+            what();
     }
 
     const AvahiLibrary& m_avahi;

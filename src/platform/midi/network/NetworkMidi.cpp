@@ -86,6 +86,7 @@ void NetworkMidi::settle() {
     if (!m_session)
         return;
     m_session->setPolicy(wishes.policy);
+    m_session->setName(m_board->localName());
     for (const NetworkBoard::Order& order : m_board->takeOrders())
         obey(order);
 }
@@ -101,7 +102,7 @@ void NetworkMidi::openSession() {
     m_tryAgain = problem.empty() ? 0 : sessionTime() + kTryAgainAfter;
     if (!problem.empty())
         return;
-    const std::string name = m_board->state().localName;
+    const std::string name = m_board->localName();
     m_session.emplace(
         static_cast<NetworkSessionHost&>(*this),
         NetworkSession::Identity{name, randomNumber(), randomNumber, m_board->lastPeer()});

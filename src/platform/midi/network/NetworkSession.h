@@ -7,6 +7,7 @@
 
 #include "midi/MidiNetworkSession.h"
 #include "midi/network/NetworkSessionHost.h"
+#include "midi/network/PlainName.h"
 #include "midi/network/SessionDoor.h"
 #include "midi/network/SessionPeers.h"
 
@@ -28,6 +29,8 @@ class NetworkSession {
     NetworkSession(NetworkSessionHost& host, Identity identity);
     ~NetworkSession();
 
+    /// Said from now on.
+    void setName(const std::string& name) { m_identity.name = plainName(name); }
     /// Those who take part stay. Who waits for the player is refused if now nobody may, and let in
     /// if now everybody may, at its next invitation.
     void setPolicy(MIDINetworkSession::ConnectionPolicy policy);
