@@ -158,9 +158,9 @@ TEST_F(MidiCommandsTest, whatWasPlayedCanBeRenderedAgainInTime) {
               0);
     const auto first = beginnings(recorded(".wav"));
     const auto second = beginnings(again);
-    EXPECT_GE(first.size(), 4u);
-    ASSERT_EQ(first.size(), second.size());
-    for (std::size_t i = 0; i < first.size(); ++i)
+    ASSERT_GE(first.size(), 4u);
+    ASSERT_GE(second.size() + 1, first.size());  // the end may come between a key and its sound
+    for (std::size_t i = 0; i + 1 < first.size(); ++i)
         EXPECT_LE(std::abs(first[i] - second[i]), kPeriod + 16) << "note " << i;
     EXPECT_NEAR(Tone::measure(readRecording(again).frames, 44100).hertz, kA, 0.5);
     player->terminate();  // a server waits long for one that was killed
