@@ -16,5 +16,7 @@ void recordATake(Walk& walk, const std::string& tone);
 /// `folder` takes a sound of twenty minutes.
 void exploreAWave(Walk& walk, const std::string& folder);
 void recordAPerformance(Walk& walk);
+/// One that presses keys over MIDI, and is killed.
+void playFromAnotherProgram(Walk& walk);
 void followTheTutorial(Walk& walk);
 void startAgain(Walk& walk);

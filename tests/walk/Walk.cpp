@@ -110,7 +110,7 @@ void Walk::hear(const std::string& name, const std::function<void()>& action) {
     m_instrument->pass(0.2);
     const double from = m_ears.now();
     begin(name, action);
-    m_listened.push_back({name, from, m_ears.now()});
+    m_listened.push_back({name, from, m_ears.now(), false});
 }
 
 void Walk::picture(const std::string& name) {
@@ -162,8 +162,10 @@ bool Walk::tell() const {
     for (const Listened& listened : m_listened) {
         const Heard heard(m_ears.heard(listened.from, listened.to));
         std::printf("%-44s %5.1f dB%s\n", listened.name.c_str(), heard.level(),
-                    heard.silent() ? "  <- not heard" : "");
-        good = good && !heard.silent();
+                    heard.silent() == listened.silent ? ""
+                    : listened.silent                 ? "  <- heard"
+                                                      : "  <- not heard");
+        good = good && heard.silent() == listened.silent;
     }
     for (const Recorded& recorded : m_recorded)
         good = tellRecorded(recorded) && good;

@@ -38,6 +38,10 @@ class Walk {
     void playPhrase();
     /// A file holds what was to be heard between two moments of the ears.
     void expectRecorded(const std::string& file, double from, double to);
+    /// Nothing is to be heard between two moments of the ears.
+    void expectSilence(const std::string& name, double from, double to) {
+        m_listened.push_back({name, from, to, true});
+    }
     /// Types into what has the focus.
     void type(const QString& text);
     /// A finger pulls a list until an item of it is seen.
@@ -58,6 +62,7 @@ class Walk {
         std::string name;
         double from;
         double to;
+        bool silent = false;
     };
     struct Recorded {
         std::string file;

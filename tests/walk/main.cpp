@@ -41,6 +41,7 @@ bool walkThrough(const WindowSession& session, const std::string& folder) {
     exploreAWave(walk, session.folder().file(""));
     keepAPreset(walk);
     recordAPerformance(walk);
+    playFromAnotherProgram(walk);
     changeEverySetting(walk);
     followTheTutorial(walk);
     startAgain(walk);

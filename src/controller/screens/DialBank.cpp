@@ -21,6 +21,15 @@ DialState* DialBank::dial(const QString& key) const {
     return nullptr;
 }
 
+std::vector<DialState*> DialBank::all() const {
+    std::vector<DialState*> dials;
+    for (const auto& dial : m_dials) {
+        if (dial)
+            dials.push_back(dial.get());
+    }
+    return dials;
+}
+
 QString DialBank::nameOf(ParameterId id) {
     switch (id) {
         case ParameterId::grainSpeed:

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <array>
 #include <memory>
+#include <vector>
 
 #include "parameters/Settings.h"
 #include "screens/DialState.h"
@@ -20,6 +21,8 @@ class DialBank : public QObject {
     /// By the control's name, "grainSpeed" and so on; null for others.
     Q_INVOKABLE DialState* dial(const QString& key) const;
     DialState& dial(ParameterId id) const { return *m_dials[std::size_t(id)]; }
+    /// In the order of the parameter table.
+    std::vector<DialState*> all() const;
 
     /// What stands below a dial.
     static QString nameOf(ParameterId id);

@@ -54,3 +54,10 @@ void DialState::setGlyph(const QString& glyph) {
     m_glyph = glyph;
     Q_EMIT glyphChanged();
 }
+
+void DialState::setLearning(const Learning& learning) {
+    if (learning == m_learning)
+        return;
+    m_learning = learning;
+    Q_EMIT learningChanged();
+}

@@ -62,6 +62,7 @@ void OmbrixViewController::initialiseViews() {
     m_screenControls = std::make_unique<ScreenControls>(
         ScreenControls::Rooms{*m_dials, *m_settings, *m_store}, [this] { silence(); });
     midiControls().setTarget(m_screenControls.get());
+    m_midiSetup = std::make_unique<MidiSetup>(*m_midi, m_midi->controls(), *m_dials, m_defaults);
     m_envelope = std::make_unique<EnvelopeState>(*m_instrument, *m_settings, *m_dials);
     m_grainMode = std::make_unique<GrainModeState>(*m_instrument, *m_settings);
     m_presetBar = std::make_unique<PresetBar>(*m_settings, *m_store);

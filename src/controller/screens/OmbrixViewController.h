@@ -15,6 +15,7 @@
 #include "screens/EnvelopeState.h"
 #include "screens/FileOpening.h"
 #include "screens/GrainModeState.h"
+#include "screens/MidiSetup.h"
 #include "screens/Notices.h"
 #include "screens/PerformanceScreen.h"
 #include "screens/Presentation.h"
@@ -53,6 +54,7 @@ class OmbrixViewController : public QObject,
     Q_PROPERTY(Sharing* sharing READ sharing CONSTANT)
     Q_PROPERTY(SettingsController* settings READ settings CONSTANT)
     Q_PROPERTY(AudioSetup* audio READ audio CONSTANT)
+    Q_PROPERTY(MidiSetup* midi READ midi CONSTANT)
     Q_PROPERTY(Presentation* presentation READ presentation CONSTANT)
     Q_PROPERTY(AlertController* alert READ alert CONSTANT)
     Q_PROPERTY(Notices* notices READ notices CONSTANT)
@@ -80,6 +82,7 @@ class OmbrixViewController : public QObject,
     Sharing* sharing() { return m_sharing.get(); }
     SettingsController* settings() { return m_settingsController.get(); }
     AudioSetup* audio() { return m_audio.get(); }
+    MidiSetup* midi() { return m_midiSetup.get(); }
     Presentation* presentation() { return m_presentation.get(); }
     AlertController* alert() { return m_alert.get(); }
     Notices* notices() { return m_notices.get(); }
@@ -185,6 +188,7 @@ class OmbrixViewController : public QObject,
     std::unique_ptr<Performance> m_performance;
     std::unique_ptr<DialBank> m_dials;
     std::unique_ptr<ScreenControls> m_screenControls;  // of m_midi
+    std::unique_ptr<MidiSetup> m_midiSetup;            // shows on the dials: goes before them
     std::unique_ptr<EnvelopeState> m_envelope;
     std::unique_ptr<GrainModeState> m_grainMode;
     std::unique_ptr<PresetBar> m_presetBar;

@@ -28,14 +28,33 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         dialState: column.dialState
         bubbleContainer: Window.contentItem
+        menuOffered: column.dialState !== null && column.dialState.learnable
+        onMenuAsked: learning.active = true
+        onValueChanged: if (learning.item) learning.item.leave()
 
         Accessible.role: Accessible.Slider
         Accessible.name: label.text
-        Accessible.description: spokenText
+        Accessible.description: badge.controllers === "" ? spokenText : spokenText + ", " + badge.controllers
         Accessible.focusable: true
         Accessible.onIncreaseAction: accessibilityIncrement()
         Accessible.onDecreaseAction: accessibilityDecrement()
         Accessible.onPressAction: doubleTapped()
+    }
+    LearnBadge {
+        id: badge
+        anchors { horizontalCenter: dial.horizontalCenter; top: dial.verticalCenter; topMargin: 2 * Theme.grid }
+        dialState: column.dialState
+        objectName: "learnBadge"
+    }
+    Loader {
+        id: learning
+        active: false
+        sourceComponent: LearnPopover {
+            dialState: column.dialState
+            target: dial
+            onClosed: learning.active = false
+            onAboutToHide: if (activeFocus) dial.forceActiveFocus(Qt.PopupFocusReason)
+        }
     }
     Text {
         id: label

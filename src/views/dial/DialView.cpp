@@ -1,8 +1,11 @@
 #include "dial/DialView.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickWindow>
+#include <QStyleHints>
 #include <QTimerEvent>
+#include <utility>
 
 #include "artwork/Artwork.h"
 #include "dial/Announcement.h"
@@ -18,8 +21,14 @@ constexpr int kMouse = -1;                      // beside the ids of fingers
 constexpr float kStep = 0.02f;                  // of the sweep, for a notch of the wheel or a key
 constexpr float kPage = 0.1f;                   // of the sweep
 constexpr int kBubbleMilliseconds = 1000;       // after a step that no finger holds
+constexpr int kHoldMilliseconds = 600;          // of a finger that rests
 constexpr int kAnnouncementMilliseconds = 500;  // only the last value of a quick turn is spoken
 constexpr qreal kWheelNotch = 120;
+
+bool asksForMenu(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Menu ||
+           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
 
 bool isFine(Qt::KeyboardModifiers modifiers) {
     return modifiers.testFlag(Qt::ShiftModifier);
@@ -147,6 +156,8 @@ void DialView::timerEvent(QTimerEvent* event) {
     } else if (event->timerId() == m_announcement.timerId()) {
         m_announcement.stop();
         announce();
+    } else if (event->timerId() == m_holdTime.timerId()) {
+        held();
     } else {
         QQuickItem::timerEvent(event);
     }
@@ -159,6 +170,9 @@ void DialView::touchBegan(int finger, QPointF at, quint64 time) {
     m_bubbleTime.stop();
     m_drag.begin(at, m_position);
     m_taps.pressed(time, at);
+    m_isHeld = false;
+    if (m_menuOffered)
+        m_holdTime.start(kHoldMilliseconds, this);
     setKeepMouseGrab(true);  // no list around it takes the drag away
     setKeepTouchGrab(true);
     forceActiveFocus(Qt::MouseFocusReason);
@@ -171,10 +185,45 @@ void DialView::touchMoved(QPointF to, bool fine) {
     if (m_drag.isAt(to))
         return;  // told twice, or of a finger that rests while another moves
     m_taps.moved(to);
+    if (holds(to))
+        return;
     const float dragged =
         DialGeometry::clamped(m_drag.moved(to, m_mode, m_speedRatio, fine, m_position));
     turnTo(fine ? dragged : DialDrag::snapped(dragged, m_notches));
     changedByPlayer();
+}
+
+void DialView::setMenuOffered(bool offered) {
+    m_menuOffered = offered;
+    if (!offered)
+        m_holdTime.stop();
+    setAcceptedMouseButtons(offered ? Qt::LeftButton | Qt::RightButton : Qt::LeftButton);
+}
+
+/// A finger that rests is never quite still.
+void DialView::held() {
+    m_holdTime.stop();
+    m_isHeld = true;
+    m_taps.cancel();
+    ensureNoTooltip();
+    if (m_position != m_drag.touchedValue()) {
+        turnTo(m_drag.touchedValue());
+        changedByPlayer();
+    }
+    Q_EMIT menuAsked();
+}
+
+/// Whether the finger has been held, and still is; one that goes on turns from there.
+bool DialView::holds(QPointF to) {
+    const QPointF way = to - m_drag.touchDownAt();
+    if (way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
+        return m_isHeld;
+    m_holdTime.stop();
+    if (std::exchange(m_isHeld, false)) {
+        m_drag.begin(to, m_position);
+        showTooltip();
+    }
+    return false;
 }
 
 void DialView::tapEnded() {
@@ -192,6 +241,7 @@ void DialView::touchEnded() {
 
 void DialView::letGo() {
     ensureNoTooltip();
+    m_holdTime.stop();
     setKeepMouseGrab(false);
     setKeepTouchGrab(false);
     if (!m_finger)
@@ -237,7 +287,11 @@ void DialView::touchEvent(QTouchEvent* event) {
 }
 
 void DialView::mousePressEvent(QMouseEvent* event) {
-    if (!m_finger)
+    if (m_finger)
+        return;
+    if (event->button() == Qt::RightButton)
+        Q_EMIT menuAsked();
+    else
         touchBegan(kMouse, event->position(), event->timestamp());
 }
 
@@ -246,8 +300,8 @@ void DialView::mouseMoveEvent(QMouseEvent* event) {
         touchMoved(event->position(), isFine(event->modifiers()));
 }
 
-void DialView::mouseReleaseEvent(QMouseEvent*) {
-    if (m_finger == kMouse)
+void DialView::mouseReleaseEvent(QMouseEvent* event) {
+    if (m_finger == kMouse && event->button() == Qt::LeftButton)
         tapEnded();
 }
 
@@ -267,6 +321,8 @@ void DialView::wheelEvent(QWheelEvent* event) {
 }
 
 void DialView::keyPressEvent(QKeyEvent* event) {
+    if (m_menuOffered && asksForMenu(*event))
+        return Q_EMIT menuAsked();
     const float step = keyStep(event->key(), event->modifiers());
     const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (step == 0 && !enters)

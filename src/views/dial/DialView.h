@@ -38,6 +38,7 @@ class DialView : public QQuickItem {
     Q_PROPERTY(QList<qreal> notches READ notches WRITE setNotches)
     Q_PROPERTY(QString spokenText READ spokenText NOTIFY spokenTextChanged)
     Q_PROPERTY(QQuickItem* bubbleContainer READ bubbleContainer WRITE setBubbleContainer)
+    Q_PROPERTY(bool menuOffered READ menuOffered WRITE setMenuOffered)
     Q_PROPERTY(bool pressed READ isPressed NOTIFY pressedChanged)
     Q_PROPERTY(bool focusVisible READ isFocusVisible NOTIFY focusVisibleChanged)
 
@@ -98,6 +99,11 @@ class DialView : public QQuickItem {
     QQuickItem* bubbleContainer() const { return m_bubbleContainer; }
     void setBubbleContainer(QQuickItem* container) { m_bubbleContainer = container; }
 
+    /// Whether a held finger, the right mouse button or the menu key asks for more. What a finger
+    /// has turned before it was held is turned back.
+    bool menuOffered() const { return m_menuOffered; }
+    void setMenuOffered(bool offered);
+
     /// Puts notch and lamps where the position says.
     Q_INVOKABLE void updateAngle();
     Q_INVOKABLE QString formatTooltip(bool accessible) const;
@@ -140,6 +146,8 @@ class DialView : public QQuickItem {
     void focusVisibleChanged();
     /// Two taps or clicks in one place, or the return key.
     void doubleTapped();
+    /// Only where it is offered.
+    void menuAsked();
 
   protected:
     void componentComplete() override;
@@ -161,6 +169,8 @@ class DialView : public QQuickItem {
   private:
     void touchBegan(int finger, QPointF at, quint64 time);
     void touchMoved(QPointF to, bool fine);
+    void held();
+    bool holds(QPointF to);
     void tapEnded();
     void touchEnded();
     void letGo();
@@ -195,6 +205,9 @@ class DialView : public QQuickItem {
     DialDrag m_drag;
     DoubleTap m_taps;
     QBasicTimer m_bubbleTime;
+    QBasicTimer m_holdTime;
+    bool m_menuOffered = false;
+    bool m_isHeld = false;  // and has not gone on turning
     QBasicTimer m_announcement;
     QMetaObject::Connection m_windowHidden;
     bool m_focusVisible = false;

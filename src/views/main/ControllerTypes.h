@@ -118,6 +118,27 @@ struct AudioSetupForeign {
     QML_UNCREATABLE("is given")
 };
 
+struct MidiSetupForeign {
+    Q_GADGET
+    QML_FOREIGN(MidiSetup)
+    QML_NAMED_ELEMENT(MidiSetup)
+    QML_UNCREATABLE("is given")
+};
+
+struct NetworkSetupForeign {
+    Q_GADGET
+    QML_FOREIGN(NetworkSetup)
+    QML_NAMED_ELEMENT(NetworkSetup)
+    QML_UNCREATABLE("is given")
+};
+
+struct ControllerSetupForeign {
+    Q_GADGET
+    QML_FOREIGN(ControllerSetup)
+    QML_NAMED_ELEMENT(ControllerSetup)
+    QML_UNCREATABLE("is given")
+};
+
 struct PresentationForeign {
     Q_GADGET
     QML_FOREIGN(Presentation)

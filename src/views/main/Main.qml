@@ -51,6 +51,18 @@ Window {
         anchors.fill: parent
         controller: window.controller
     }
+    RequestBar {
+        readonly property real below: window.controller.notices.text === "" ? 0 : Theme.touchTarget + Theme.halfGrid
+
+        network: window.controller.midi.network
+        objectName: "requestBar"
+        scale: scene.scale
+        transformOrigin: Item.TopLeft
+        width: Math.min(implicitWidth, scene.width - 4 * Theme.grid)
+        x: (window.width - width * scale) / 2
+        y: (scene.aboveKeys.y + Theme.halfGrid + below) * scale
+        z: 10000000  // popovers are in a layer at a tenth of it
+    }
     TutorialPage { manager: window.controller.tutorial }
     Shortcuts {
         controller: window.controller

@@ -11,6 +11,7 @@ ScreenPopover {
     screen: Component {
         SettingsScreen {
             audio: root.controller.audio
+            midi: root.controller.midi
             onDone: root.presentation.dismiss()
         }
     }

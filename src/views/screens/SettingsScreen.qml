@@ -3,12 +3,13 @@ import QtQuick.Window
 import QtQuick.Templates as T
 import Ombrix.Views
 
-/// The settings: keys, labels and gain control, then what sound comes out of and into.
+/// The settings: keys, labels and gain control, what sound comes out of and into, then MIDI.
 Item {
     id: root
 
     required property SettingsController content
     required property AudioSetup audio
+    required property MidiSetup midi
     readonly property string heading: content.title
     signal done
 
@@ -49,6 +50,9 @@ Item {
             GainSection { settings: root.content; width: parent.width }
             AudioOutputSection { audio: root.audio; width: parent.width }
             AudioInputSection { audio: root.audio; width: parent.width }
+            MidiSection { midi: root.midi; width: parent.width }
+            NetworkSection { network: root.midi.network; width: parent.width }
+            ControllersSection { controllers: root.midi.controllers; width: parent.width }
             AboutSection { settings: root.content; width: parent.width; onTutorialWanted: root.done() }
         }
     }
