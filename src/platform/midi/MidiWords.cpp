@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr std::uint8_t kExclusive = 0xF0;
-constexpr std::uint8_t kEndOfExclusive = 0xF7;
+constexpr std::uint8_t kExclusiveStatus = 0xF0;
+constexpr std::uint8_t kExclusiveEnd = 0xF7;
 constexpr std::uint8_t kFirstRealTime = 0xF8;
 
 struct Named {
@@ -52,11 +52,11 @@ std::string hexadecimal(std::span<const std::uint8_t> bytes, std::size_t length)
     return bytes.size() < length ? text + " ..." : text;
 }
 
-std::string key(std::uint8_t note) {
+std::string keyWords(std::uint8_t note) {
     return std::to_string(note) + " (" + MidiWords::noteName(note) + ")";
 }
 
-std::string controller(std::uint8_t number, std::uint8_t value) {
+std::string controllerWords(std::uint8_t number, std::uint8_t value) {
     const char* const name = nameOf(kControllerNames, number);
     return "controller " + std::to_string(number) +
            (name ? std::string(" (") + name + ")" : std::string()) + " value " +
@@ -67,13 +67,13 @@ std::string controller(std::uint8_t number, std::uint8_t value) {
 std::string ofChannel(std::uint8_t status, std::uint8_t first, std::uint8_t second) {
     switch (status >> 4) {
         case 8:
-            return "note off " + key(first) + " velocity " + std::to_string(second);
+            return "note off " + keyWords(first) + " velocity " + std::to_string(second);
         case 9:
-            return "note on " + key(first) + " velocity " + std::to_string(second);
+            return "note on " + keyWords(first) + " velocity " + std::to_string(second);
         case 10:
-            return "pressure " + std::to_string(second) + " on key " + key(first);
+            return "pressure " + std::to_string(second) + " on key " + keyWords(first);
         case 11:
-            return controller(first, second);
+            return controllerWords(first, second);
         case 12:
             return "program " + std::to_string(first);
         case 13:
@@ -103,14 +103,15 @@ std::string MidiWords::noteName(std::uint8_t note) {
 
 std::size_t MidiWords::firstMessage(std::span<const std::uint8_t> bytes) {
     const auto isStatus = [](std::uint8_t byte) { return byte >= 0x80; };
-    if (isStatus(bytes[0]) && bytes[0] != kExclusive)
+    if (isStatus(bytes[0]) && bytes[0] != kExclusiveStatus)
         return std::min(1 + midiDataBytes(bytes[0]), bytes.size());
     const auto endsHere = [&](std::uint8_t byte) {
         return isStatus(byte) && (bytes[0] < 0x80 || byte < kFirstRealTime);
     };
     const auto end = std::ranges::find_if(bytes.subspan(1), endsHere);
     const auto size = static_cast<std::size_t>(end - bytes.begin());
-    const bool closed = size < bytes.size() && bytes[0] == kExclusive && *end == kEndOfExclusive;
+    const bool closed =
+        size < bytes.size() && bytes[0] == kExclusiveStatus && *end == kExclusiveEnd;
     return closed ? size + 1 : size;
 }
 
@@ -118,14 +119,14 @@ std::string MidiWords::of(std::span<const std::uint8_t> bytes, std::size_t lengt
     const std::uint8_t status = bytes[0];
     if (status < 0x80)
         return "without a status:" + hexadecimal(bytes, length);
-    if (status == kExclusive)
+    if (status == kExclusiveStatus)
         return "system exclusive, " + std::to_string(length) +
                " bytes:" + hexadecimal(bytes, length);
     if (bytes.size() < 1 + midiDataBytes(status))
         return "cut short:" + hexadecimal(bytes, length);
     const std::uint8_t first = bytes.size() > 1 ? bytes[1] : std::uint8_t{0};
     const std::uint8_t second = bytes.size() > 2 ? bytes[2] : std::uint8_t{0};
-    if (status >= kExclusive)
+    if (status >= kExclusiveStatus)
         return ofSystem(status, first, second);
     return ofChannel(status, first, second) + " channel " + std::to_string(status % 16 + 1);
 }

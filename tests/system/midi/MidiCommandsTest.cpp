@@ -7,6 +7,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <thread>
 
 #include "JackServer.h"
@@ -45,22 +46,31 @@ class MidiCommandsTest : public testing::Test {
         return std::make_unique<Process>(Words{"jack_midiseq", "seq", "22050", "0",
                                                std::to_string(note), std::to_string(frames)});
     }
-    static Tone heard() { return Tone::measure(JackServer::record({"ombrix:out_1"}, 1), 44100); }
+    /// What the program plays for a second; nothing while its port is not there.
+    static std::optional<Tone> heard() {
+        const auto frames = JackServer::record({"ombrix:out_1"}, 1);
+        if (frames.size() > 22050)
+            return Tone::measure(frames, 44100);
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        return std::nullopt;
+    }
     // A busy machine drops cycles and clients; what is right comes in the end, and only then.
-    static void expectNote(double hertz) {
-        Tone tone;
-        for (int attempt = 0; attempt < 15; ++attempt) {
-            tone = heard();
-            if (tone.windows > 5 && std::abs(tone.hertz - hertz) < 0.5)
-                break;
+    template <typename Right>
+    static bool isHeard(Right right) {
+        for (int attempt = 0; attempt < 20; ++attempt) {
+            const auto tone = heard();
+            if (tone && right(*tone))
+                return true;
         }
-        EXPECT_NEAR(tone.hertz, hertz, 0.5);
+        return false;
+    }
+    static void expectNote(double hertz) {
+        EXPECT_TRUE(isHeard([&](const Tone& tone) {
+            return tone.windows > 5 && std::abs(tone.hertz - hertz) < 0.5;
+        })) << hertz;
     }
     static void expectSilence() {
-        std::size_t sounding = 1;
-        for (int attempt = 0; sounding > 0 && attempt < 15; ++attempt)
-            sounding = heard().windows;
-        EXPECT_EQ(sounding, 0u) << "a note hangs";
+        EXPECT_TRUE(isHeard([](const Tone& tone) { return tone.windows == 0; })) << "a note hangs";
     }
     std::string said() const {
         std::ifstream file(m_log);
@@ -110,10 +120,12 @@ std::vector<std::ptrdiff_t> beginnings(const std::string& path) {
 }  // namespace
 
 TEST_F(MidiCommandsTest, aForeignProgramIsHeardWhereverItComesFromAndLeavesNoNote) {
-    const auto program = live();
-    ASSERT_TRUE(says("Playing through JACK"));
-    expectSilence();
     auto player = sequencer(60);
+    auto program = live();
+    expectNote(kMiddleC);
+    program->signal(SIGTERM);
+    EXPECT_EQ(program->wait(), 0) << "it was being played";
+    program = live();
     expectNote(kMiddleC);
     player->kill();
     expectSilence();
@@ -126,7 +138,7 @@ TEST_F(MidiCommandsTest, aForeignProgramIsHeardWhereverItComesFromAndLeavesNoNot
     expectNote(kMiddleC);
     player->terminate();
     expectSilence();
-    program->signal(SIGTERM);
+    program->signal(SIGINT);
     EXPECT_EQ(program->wait(), 0);
     EXPECT_THAT(said(), HasSubstr("s played on jack"));
 }
@@ -146,9 +158,9 @@ TEST_F(MidiCommandsTest, whatWasPlayedCanBeRenderedAgainInTime) {
               0);
     const auto first = beginnings(recorded(".wav"));
     const auto second = beginnings(again);
-    EXPECT_GE(first.size(), 4u);
-    ASSERT_EQ(first.size(), second.size());
-    for (std::size_t i = 0; i < first.size(); ++i)
+    ASSERT_GE(first.size(), 4u);
+    ASSERT_GE(second.size() + 1, first.size());  // the end may come between a key and its sound
+    for (std::size_t i = 0; i + 1 < first.size(); ++i)
         EXPECT_LE(std::abs(first[i] - second[i]), kPeriod + 16) << "note " << i;
     EXPECT_NEAR(Tone::measure(readRecording(again).frames, 44100).hertz, kA, 0.5);
     player->terminate();  // a server waits long for one that was killed
