@@ -345,3 +345,37 @@ TEST_F(OmbrixViewControllerTest, whatSoundsIsSeenAndThenNothingRuns) {
     EXPECT_GT(RunLoop::main().nextDue() - Clock::monotonic(), 0.05) << "no more looks";
     end();
 }
+
+TEST_F(OmbrixViewControllerTest, midiControllersTurnTheDialsAndPickThePresetsOfTheScreen) {
+    using Kind = MidiMessage::Kind;
+    start();
+    const auto send = [this](Kind kind, std::uint8_t number, std::uint8_t value = 0) {
+        controller().midiControls().perform({kind, number, value, 1}, "keys");
+        settle();
+    };
+    const std::string restored = title();
+    send(Kind::control, 1, 127);
+    send(Kind::program, 1);
+    EXPECT_EQ(title(), restored) << "before they are switched on";
+    MidiControlSettings settings;
+    settings.enabled = true;
+    settings.modulation = ParameterId::grainSize;
+    controller().midiControls().setSettings(settings);
+    send(Kind::program, 0);
+    const std::string first = title();
+    send(Kind::program, 1);
+    EXPECT_GT(title(), first);
+    EXPECT_FALSE(controller().presetBar()->modificationNotice());
+    send(Kind::control, 1, 127);
+    EXPECT_EQ(dial("grainSize").value(), 1.f);
+    EXPECT_EQ(unit(ParameterId::grainSize), 1.f);
+    EXPECT_TRUE(controller().presetBar()->modificationNotice());
+    controller().tinkleIvory(30);
+    send(Kind::control, kMidiAllSoundOff);
+    EXPECT_FALSE(controller().instrument().keysSound());
+    end();
+    start();
+    EXPECT_EQ(controller().midiControls().settings(), settings);
+    send(Kind::control, 1, 0);
+    EXPECT_EQ(dial("grainSize").value(), 0.f);
+}

@@ -1,10 +1,13 @@
 // Any bytes as packets of MIDI, a list of several: read to their ends and no further, every note
-// that is told of lies in its packet, and the ring that carries them gives them back whole.
+// that is told of lies in its packet, and the ring that carries them gives them back whole. With
+// controllers switched on nothing sounds any more once all keys and pedals are up.
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
 
+#include "midi/MidiControls.h"
 #include "midi/MidiMessages.h"
 #include "midi/MidiPacketList.h"
 #include "midi/MidiPackets.h"
@@ -42,6 +45,69 @@ class Checker final : public MidiNoteReceiver {
     volatile std::uint8_t m_sum = 0;
 };
 
+/// An instrument without its sound, and dials that remember.
+class Player final : public MidiNoteReceiver, public MidiControlTarget {
+  public:
+    Player() {
+        for (unsigned i = 0; i < kVoiceCount; ++i) {
+            m_voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
+            m_voices.envelopes[i] = std::make_unique<ADSRShaper>();
+        }
+        m_controls.setNotes(&m_notes);
+        m_controls.setTarget(this);
+    }
+    void begin() {
+        m_controls.setSettings({.enabled = true, .modulation = ParameterId::preamp});
+        m_controls.learn(ParameterId::grainSize);
+    }
+    void midiNoteDown(std::uint8_t channel, std::span<const std::uint8_t> data) override {
+        perform({MidiMessage::Kind::down, data[0], data[1], 1, channel});
+    }
+    void midiNoteUp(std::uint8_t channel, std::span<const std::uint8_t> data) override {
+        if (!data.empty())
+            perform({MidiMessage::Kind::up, data[0], 0, 1, channel});
+    }
+    void midiNoteAftertouch(std::uint8_t, std::span<const std::uint8_t>) override {}
+    void midiControlChange(std::uint8_t channel, std::uint8_t number, std::uint8_t value) override {
+        perform({MidiMessage::Kind::control, number, value, 1, channel});
+    }
+    void midiProgramChange(std::uint8_t channel, std::uint8_t program) override {
+        perform({MidiMessage::Kind::program, program, 0, 1, channel});
+    }
+    void midiPitchBend(std::uint8_t channel, std::uint8_t low, std::uint8_t high) override {
+        perform({MidiMessage::Kind::bend, low, high, 1, channel});
+    }
+    void endEverything() {
+        for (int channel = 0; channel < 16; ++channel) {
+            for (const auto controller : {std::uint8_t{121}, std::uint8_t{123}})
+                midiControlChange(static_cast<std::uint8_t>(channel), controller, 0);
+        }
+        for (const auto unit : m_notes.triggeredNoteUnits())
+            check(unit < 0);
+        for (const auto& synth : m_voices.synths) {
+            const float hertz = synth->note()->frequency;
+            check(hertz == 440.f || std::ranges::count(m_notes.noteFrequencies(), hertz) == 1);
+        }
+        m_controls.setSettings({});
+    }
+    float dialValue(ParameterId id) override { return m_dials[std::size_t(id)]; }
+    void turnDial(ParameterId id, float value) override {
+        check(parameter(id).dial.contains(value));
+        m_dials[std::size_t(id)] = value;
+    }
+    void pickPreset(int number) override { check(number >= 0 && number < 128); }
+    void silence() override { m_notes.releaseAll(); }
+
+  private:
+    void perform(const MidiMessage& message) { m_controls.perform(message, "device"); }
+
+    UserDefaults m_defaults{""};
+    Voices m_voices;
+    Notes m_notes{m_voices};
+    MidiControls m_controls{m_defaults};
+    std::array<float, kParameterCount> m_dials{};
+};
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -65,5 +131,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Checker checker;
     MidiPackets(checker).handlePacketList(list);
     check(checker.notes == notes);
+    static Player player;
+    player.begin();
+    MidiPackets(player).handlePacketList(list);
+    player.endEverything();
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 #include <thread>
@@ -87,6 +88,19 @@ TEST(MidiRing, aPulledCableReleasesWhatCameThroughIt) {
     ring.pushReleases(3);
     listener.hearAll(ring);
     EXPECT_TRUE(listener.sounding().empty());
+
+    // Pedals too, on every channel; but nothing where none is down.
+    ring.push(4, Bytes{0x90, 60, 1, 0x80, 60, 0});
+    ring.push(4, Bytes{0xB7, 64, 127});
+    listener.hearAll(ring);
+    ring.pushReleases(5);
+    Bytes memory(MidiRing::kLongest);
+    const auto lifted = ring.pop(memory);
+    ASSERT_TRUE(lifted);
+    const Bytes reset{0xB7, 121, 0, 0xB7, 123, 0};
+    EXPECT_FALSE(std::ranges::search(lifted->bytes, reset).empty());
+    ring.pushReleases(6);
+    EXPECT_FALSE(ring.pop(memory));
 }
 
 TEST(MidiRing, twoThreadsLoseNothingThatWasTaken) {

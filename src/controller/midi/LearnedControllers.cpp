@@ -8,7 +8,7 @@
 namespace {
 
 constexpr const char* kMidiLearned = "midi-learned";  // in the user defaults
-constexpr std::size_t kLongestName = 200;             // bytes
+constexpr std::size_t kLongestDeviceName = 200;       // bytes
 
 /// As it can be stored: a device may call itself anything.
 std::string storableName(const std::string& device) {
@@ -17,10 +17,10 @@ std::string storableName(const std::string& device) {
         for (std::size_t at = 0; (at = name.find(noCharacter, at)) != std::string::npos;)
             name.erase(at, 3);
     }
-    return std::string(UnicodeText::cut(name, kLongestName));
+    return std::string(UnicodeText::cut(name, kLongestDeviceName));
 }
 
-const PropertyListValue* at(const PropertyListValue& value, const char* key) {
+const PropertyListValue* valueAt(const PropertyListValue& value, const char* key) {
     const auto* const dictionary = value.dictionary();
     if (!dictionary)
         return nullptr;
@@ -29,19 +29,19 @@ const PropertyListValue* at(const PropertyListValue& value, const char* key) {
 }
 
 const PropertyListValue::Array* arrayAt(const PropertyListValue& value, const char* key) {
-    const PropertyListValue* const found = at(value, key);
+    const PropertyListValue* const found = valueAt(value, key);
     return found ? found->array() : nullptr;
 }
 
 /// Nothing unless it is there and within the range.
 std::optional<int> numberAt(const PropertyListValue& value, const char* key, int low, int high) {
-    const PropertyListValue* const found = at(value, key);
+    const PropertyListValue* const found = valueAt(value, key);
     const std::int64_t* const number = found ? found->integer() : nullptr;
     return number && *number >= low && *number <= high ? std::optional(int(*number)) : std::nullopt;
 }
 
 std::optional<ParameterId> dialAt(const PropertyListValue& value) {
-    const PropertyListValue* const found = at(value, "dial");
+    const PropertyListValue* const found = valueAt(value, "dial");
     const std::string* const key = found ? found->string() : nullptr;
     const Parameter* const row = key ? parameterWithKey(*key) : nullptr;
     return row && !row->dialName.empty() ? std::optional(row->id) : std::nullopt;
@@ -118,7 +118,7 @@ LearnedControllers LearnedControllers::load(const UserDefaults& defaults) {
 }
 
 void LearnedControllers::load(const PropertyListValue& device) {
-    const PropertyListValue* const name = at(device, "name");
+    const PropertyListValue* const name = valueAt(device, "name");
     const PropertyListValue::Array* const controllers = arrayAt(device, "controllers");
     if (!name || !name->string() || !controllers)
         return;

@@ -30,14 +30,14 @@ void MidiControls::setSettings(const MidiControlSettings& settings) {
     if (m_settings == before)
         return;
     m_enabled = m_settings.enabled;
-    if (m_settings.enabled != before.enabled || m_settings.channel != before.channel)
+    if (m_settings.enabled != before.enabled || m_settings.channel != before.channel) {
         m_keys.liftAllPedals();
+        m_bend = 0;
+    }
     if (m_settings.enabled && m_settings.channel != MidiControlSettings::kAllChannels)
         m_keys.removeAllBut(m_settings.channel - 1);
-    if (!m_settings.enabled) {
-        m_bend = 0;
+    if (!m_settings.enabled)
         m_learning.reset();
-    }
     applyBend();
     m_settings.keep(m_defaults);
     tellChanged();
@@ -72,7 +72,7 @@ void MidiControls::perform(const MidiMessage& message, const std::string& device
     if (!m_keys.notes())
         return;
     if (message.kind == Kind::flood)
-        return m_keys.removeAll();
+        return m_settings.enabled ? m_keys.removeAll() : void();
     const bool filtered =
         m_settings.enabled && m_settings.channel != MidiControlSettings::kAllChannels;
     if (filtered && message.channel != m_settings.channel - 1)

@@ -13,7 +13,7 @@ struct MidiMessage {
         control,     // controller, value
         program,     // number
         bend,        // the lower seven bits, the upper seven
-        flood,  // made by the queue: releases by controllers were lost, so that nothing is held
+        flood,       // made by the queue: releases were lost, so that nothing is held
     };
     Kind kind = Kind::up;
     std::uint8_t data1 = 0;

@@ -4,16 +4,15 @@
 
 namespace {
 
-using Kind = MidiMessage::Kind;
-
 bool isOfNotes(const MidiMessage& message) {
-    return message.kind <= Kind::aftertouch;
+    return message.kind <= MidiMessage::Kind::aftertouch;
 }
 
-/// Whether notes end with it that are not its own.
+/// Whether a note may go on for ever without it. That of another channel may have taken the room
+/// that was kept for the release of a note.
 bool releases(const MidiMessage& message) {
-    if (message.kind != Kind::control)
-        return false;
+    if (message.kind != MidiMessage::Kind::control)
+        return message.kind == MidiMessage::Kind::up;
     return isPedal(message.data1) ? !isPedalDown(message.data2) : message.data1 >= kMidiAllSoundOff;
 }
 
@@ -22,7 +21,7 @@ bool replaces(const MidiMessage& message, const MidiMessage& before) {
     if (isOfNotes(message) || message.kind != before.kind || message.source != before.source ||
         message.channel != before.channel)
         return false;
-    return message.kind != Kind::control ||
+    return message.kind != MidiMessage::Kind::control ||
            (message.data1 == before.data1 && !isPedal(message.data1));
 }
 
@@ -40,7 +39,7 @@ MidiNoteQueue::~MidiNoteQueue() {
 bool MidiNoteQueue::takes(const MidiMessage& message) const {
     if (m_waiting.size() + HeldNotes::kMost < kCapacity)
         return true;
-    return message.kind == Kind::up && m_held.holds(message.data1);
+    return message.kind == MidiMessage::Kind::up && m_held.holds(message.data1);
 }
 
 void MidiNoteQueue::push(const MidiMessage& message) {
@@ -54,8 +53,8 @@ void MidiNoteQueue::push(const MidiMessage& message) {
         m_releaseLost = m_releaseLost || releases(message);
         return;
     }
-    if (message.kind == Kind::down || message.kind == Kind::up)
-        m_held.note(message.data1, message.kind == Kind::down);
+    if (message.kind == MidiMessage::Kind::down || message.kind == MidiMessage::Kind::up)
+        m_held.note(message.data1, message.kind == MidiMessage::Kind::down);
     m_waiting.push_back(message);
     if (!m_call)
         m_call = RunLoop::main().callAfter(0, [this] { drain(); });
@@ -74,7 +73,7 @@ void MidiNoteQueue::drain() {
         m_perform(message);
     m_performing.clear();
     if (releaseLost)
-        m_perform({.kind = Kind::flood});
+        m_perform({.kind = MidiMessage::Kind::flood});
 }
 
 std::uint64_t MidiNoteQueue::dropped() const {

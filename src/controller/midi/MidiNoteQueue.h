@@ -10,9 +10,9 @@
 
 /// Takes messages from the MIDI thread to the main thread, in order and without waiting for it. It
 /// never grows: once it is nearly full it takes only the releases of notes that it has let in, for
-/// which there is always room, and counts what it drops; where that was a pedal going up, or the
-/// like, one message behind all others tells of it. Of a wheel or dial that moves on before anyone
-/// has looked only the last position is kept.
+/// which there is always room, and counts what it drops; where that were other releases, of pedals
+/// and the like, one message behind all others tells of it. Of a wheel or dial that moves on before
+/// anyone has looked only the last position is kept.
 class MidiNoteQueue {
   public:
     using Perform = std::function<void(const MidiMessage&)>;

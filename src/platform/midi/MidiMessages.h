@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -16,6 +17,32 @@ constexpr std::size_t midiDataBytes(std::uint8_t status) {
         default:
             return status < 0x80 ? 0 : 2;
     }
+}
+
+/// Ends what releases of notes do not: controllers are reset, which lifts pedals, and all notes are
+/// off, channel by channel.
+constexpr auto kMidiReleaseAll = [] {
+    std::array<std::uint8_t, 96> bytes{};
+    for (std::size_t channel = 0; channel < 16; ++channel) {
+        const auto status = static_cast<std::uint8_t>(0xB0 | channel);
+        std::uint8_t* const at = bytes.data() + 6 * channel;
+        at[0] = at[3] = status;
+        at[1] = 121;
+        at[4] = 123;
+    }
+    return bytes;
+}();
+
+/// Whether the bytes may hold something that releases on the first channel do not end: a pedal goes
+/// down, or a key of another channel. [any thread]
+inline bool midiHoldsMore(std::span<const std::uint8_t> bytes) {
+    for (std::size_t at = 0; at + 2 < bytes.size(); at += 1 + midiDataBytes(bytes[at])) {
+        const bool isPedal = bytes[at + 1] == 64 || bytes[at + 1] == 66;
+        if ((bytes[at] > 0x90 && bytes[at] < 0xA0) ||
+            (bytes[at] >> 4 == 11 && isPedal && bytes[at + 2] >= 64))
+            return true;
+    }
+    return false;
 }
 
 /// One note-on or note-off among a packet's bytes.

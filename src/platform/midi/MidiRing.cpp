@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-
-#include "midi/MidiMessages.h"
+#include <utility>
 
 std::size_t MidiRing::room() const noexcept {
     return kBytes -
@@ -16,6 +15,7 @@ bool MidiRing::push(MIDITimeStamp time, std::span<const std::uint8_t> message) n
     if (fits) {
         forEachMidiNote(message,
                         [this](MidiNoteEvent event) { m_held.note(event.note, event.down); });
+        m_holdsMore = m_holdsMore || midiHoldsMore(message);
         write(time, message);
         return true;
     }
@@ -30,9 +30,11 @@ bool MidiRing::push(MIDITimeStamp time, std::span<const std::uint8_t> message) n
 void MidiRing::pushReleases(MIDITimeStamp time) noexcept {
     for (std::size_t note = 0; note < HeldNotes::kMost && m_held.any(); ++note)
         release(time, static_cast<std::uint8_t>(note));
+    if (std::exchange(m_holdsMore, false))
+        write(time, kMidiReleaseAll);
 }
 
-/// There is room: the reserve is as long as the releases of all notes.
+/// There is room: the reserve is as long as the releases of all notes, and of the rest.
 void MidiRing::release(MIDITimeStamp time, std::uint8_t note) noexcept {
     if (!m_held.holds(note))
         return;

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "midi/HeldNotes.h"
+#include "midi/MidiMessages.h"
 #include "midi/MidiTypes.h"
 
 /// Messages on their way from one thread that must not wait to one that may. Bounded: when it is
@@ -20,7 +21,7 @@ class MidiRing {
 
     /// [producer] False if it was dropped, but for the releases in it.
     bool push(MIDITimeStamp time, std::span<const std::uint8_t> message) noexcept;
-    /// [producer] Releases every note that is held.
+    /// [producer] Releases every note that is held, and pedals.
     void pushReleases(MIDITimeStamp time) noexcept;
 
     struct Message {
@@ -36,7 +37,8 @@ class MidiRing {
   private:
     static constexpr std::size_t kHeaderBytes = sizeof(MIDITimeStamp) + sizeof(std::uint32_t);
     static constexpr std::size_t kNoteBytes = 3;
-    static constexpr std::size_t kReserve = HeldNotes::kMost * (kHeaderBytes + kNoteBytes);
+    static constexpr std::size_t kReserve =
+        HeldNotes::kMost * (kHeaderBytes + kNoteBytes) + kHeaderBytes + kMidiReleaseAll.size();
 
     std::size_t room() const noexcept;
     void write(MIDITimeStamp time, std::span<const std::uint8_t> message) noexcept;
@@ -49,5 +51,6 @@ class MidiRing {
     std::atomic<std::size_t> m_written{0};  // bytes ever; of the producer
     std::atomic<std::size_t> m_read{0};     // bytes ever; of the consumer
     std::atomic<std::uint64_t> m_dropped{0};
-    HeldNotes m_held;  // of the producer
+    HeldNotes m_held;          // of the producer
+    bool m_holdsMore = false;  // of the producer
 };

@@ -58,3 +58,34 @@ TEST(MidiNoteQueue, keepsTheOrderBetweenTwoThreads) {
     EXPECT_TRUE(inOrder);
     EXPECT_EQ(performed + queue.dropped(), kMessages);
 }
+
+TEST(MidiNoteQueue, aFloodOfControllersStaysBoundedAndLosesNoReleaseUnnoticed) {
+    std::vector<MidiMessage> performed;
+    MidiNoteQueue queue([&](const MidiMessage& message) { performed.push_back(message); });
+    for (int i = 0; i < 20000; ++i)
+        queue.push({Kind::control, std::uint8_t(i % 60), 1, 1});
+    EXPECT_GT(queue.dropped(), 0u);
+    queue.push({Kind::control, kMidiSustain, 127, 1});
+    RunLoop::main().turn();
+    EXPECT_LE(performed.size(), MidiNoteQueue::kCapacity);
+    EXPECT_EQ(performed.back().kind, Kind::control) << "a pedal that has gone down is not missed";
+    for (int i = 0; i < 20000; ++i)
+        queue.push({Kind::control, std::uint8_t(i % 60), 1, 1});
+    queue.push({Kind::control, kMidiSustain, 0, 1});
+    performed.clear();
+    RunLoop::main().turn();
+    EXPECT_EQ(performed.back().kind, Kind::flood);
+
+    performed.clear();
+    for (std::uint8_t value = 0; value < 128; ++value) {
+        queue.push({Kind::bend, 0, value, 1});
+        queue.push({Kind::control, 7, value, 1, std::uint8_t(value / 64)});
+    }
+    for (std::uint8_t value = 0; value < 128; ++value)
+        queue.push({Kind::control, 7, value, 1, 3});
+    for (std::uint8_t value = 0; value < 128; ++value)
+        queue.push({Kind::control, kMidiSustain, value, 1, 3});
+    RunLoop::main().turn();
+    ASSERT_EQ(performed.size(), 256u + 1 + 128) << "the last position of what moves on";
+    EXPECT_EQ(performed[256].data2, 127);
+}

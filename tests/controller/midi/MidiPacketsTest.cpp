@@ -24,12 +24,25 @@ class Writer final : public MidiNoteReceiver {
     void midiNoteAftertouch(std::uint8_t, std::span<const std::uint8_t> data) override {
         write("touch", data);
     }
+    void midiControlChange(std::uint8_t channel, std::uint8_t number, std::uint8_t value) override {
+        write("control", Bytes{channel, number, value});
+    }
+    void midiProgramChange(std::uint8_t channel, std::uint8_t program) override {
+        write("program", Bytes{channel, program});
+    }
+    void midiChannelPressure(std::uint8_t channel, std::uint8_t pressure) override {
+        write("pressure", Bytes{channel, pressure});
+    }
+    void midiPitchBend(std::uint8_t channel, std::uint8_t low, std::uint8_t high) override {
+        write("bend", Bytes{channel, low, high});
+    }
     std::string take() { return std::exchange(m_written, {}); }
 
   private:
     void write(const char* what, std::span<const std::uint8_t> data) {
         m_written += what;
-        for (std::size_t i = 0; i < std::min<std::size_t>(data.size(), 2); ++i)
+        for (std::size_t i = 0;
+             i < std::min<std::size_t>(data.size(), *what == 'c' || *what == 'b' ? 3 : 2); ++i)
             m_written.append(" ").append(std::to_string(data[i]));
         m_written += ";";
     }
@@ -67,6 +80,16 @@ std::string modelled(const Bytes& packet) {
             written += "down" + rest(2);
         else if (high == 10)
             written += "touch" + rest(2);
+        const char* const controllers[] = {"control", "program", "pressure", "bend"};
+        const std::size_t length = high == 11 || high == 14 ? 2 : 1;
+        bool sane = high >= 11 && high <= 14 && i + length < packet.size();
+        for (std::size_t j = i + 1; sane && j <= i + length; ++j)
+            sane = packet[j] < 128;
+        if (sane)
+            written.append(controllers[high - 11])
+                .append(" ")
+                .append(std::to_string(low))
+                .append(rest(length));
         if (high >= 8 && high < 15)
             skip = high == 12 || high == 13 ? 1 : 2;
         else if (high == 15)
@@ -99,6 +122,9 @@ TEST(MidiPackets, hardPackets) {
         {{0x90, 0xF8, 60, 64}, "down 248 60;"},  // a clock inside a message is taken for its data
         {{0x90, 60, 0xF8, 64}, "down 60 248;"},
         {{0xB0, 0x90, 60, 0xC0, 0x90, 0xD0, 0x90, 0xE0, 0x90, 60, 0x90, 1, 2}, "down 1 2;"},
+        {{0xB2, 7, 100, 0xC3, 5, 0xD4, 6, 0xEF, 1, 2},
+         "control 2 7 100;program 3 5;pressure 4 6;bend 15 1 2;"},
+        {{0xB0, 7, 0xF8, 0xE0, 1}, ""},  // damaged, and cut short
         {{0x90, 60, 64, 0x90}, "down 60 64;"},
         {{0x90, 60}, ""},
         {{0x80, 60}, "up 60;"},

@@ -8,32 +8,28 @@
 
 /// A foreign JACK client with one MIDI port that it registers and gives up at will, and on which it
 /// plays as many messages a second as it is told: random notes of all channels, half of them
-/// releases.
+/// releases. [main] but for the cycle.
 class StormClient {
   public:
-    explicit StormClient(const char* name) {
-        jack_status_t status{};
-        m_client = m_jack.jack_client_open(name, JackNoStartServer, &status);
-        m_jack.jack_set_process_callback(
-            m_client,
-            [](jack_nframes_t frames, void* self) {
-                static_cast<StormClient*>(self)->process(frames);
-                return 0;
-            },
-            this);
-        m_jack.jack_activate(m_client);
-    }
-    ~StormClient() { m_jack.jack_client_close(m_client); }
+    explicit StormClient(const char* name) : m_name(name) { open(); }
+    ~StormClient() { close(); }
 
+    /// Has a port from now on; anew if the server has dropped the client, as one under load does.
     void plug() {
-        m_port =
-            m_jack.jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
+        if (m_dropped) {
+            close();
+            open();
+        }
+        if (m_client && !m_port)
+            m_port = m_jack.jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE,
+                                               JackPortIsOutput, 0);
     }
     void pull() {
         jack_port_t* const port = m_port.exchange(nullptr);
-        while (m_inCycle) {
+        while (m_inCycle && !m_dropped) {
         }
-        m_jack.jack_port_unregister(m_client, port);
+        if (port && !m_dropped)
+            m_jack.jack_port_unregister(m_client, port);
     }
     void setRate(double messagesPerSecond) { m_rate = messagesPerSecond; }
     /// From now on all notes are released, one after the other.
@@ -41,6 +37,36 @@ class StormClient {
     std::uint64_t played() const { return m_played; }
 
   private:
+    void open() {
+        m_dropped = false;
+        m_inCycle = false;
+        jack_status_t status{};
+        m_client = m_jack.jack_client_open(m_name.c_str(), JackNoStartServer, &status);
+        if (!m_client) {
+            m_dropped = true;
+            return;
+        }
+        m_jack.jack_set_process_callback(
+            m_client,
+            [](jack_nframes_t frames, void* self) {
+                static_cast<StormClient*>(self)->process(frames);
+                return 0;
+            },
+            this);
+        m_jack.jack_on_info_shutdown(
+            m_client,
+            [](jack_status_t, const char*, void* self) {
+                static_cast<StormClient*>(self)->m_dropped = true;
+            },
+            this);
+        m_jack.jack_activate(m_client);
+    }
+    void close() {
+        m_port = nullptr;
+        if (m_client)
+            m_jack.jack_client_close(m_client);
+        m_client = nullptr;
+    }
     void process(jack_nframes_t frames) {
         m_inCycle = true;
         if (jack_port_t* const port = m_port)
@@ -63,7 +89,9 @@ class StormClient {
     }
 
     const JackLibrary& m_jack = *JackLibrary::get();
-    jack_client_t* m_client;
+    const std::string m_name;
+    jack_client_t* m_client = nullptr;
+    std::atomic<bool> m_dropped{false};
     std::atomic<jack_port_t*> m_port{nullptr};
     std::atomic<bool> m_inCycle{false};
     std::atomic<bool> m_releasing{false};

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <utility>
 
 #include "midi/MidiMessages.h"
 #include "midi/MidiPacketList.h"
@@ -240,6 +241,7 @@ void AlsaMidi::take(const snd_seq_event_t& event, std::vector<Heard>& heard) {
         return;
     bytes.resize(std::min(static_cast<std::size_t>(length), kMIDILongestPacket));
     forEachMidiNote(bytes, [&](MidiNoteEvent note) { lane->held.note(note.note, note.down); });
+    lane->holdsMore = lane->holdsMore || midiHoldsMore(bytes);
     heard.push_back({lane->lane.endpoint, std::move(bytes)});
 }
 
@@ -250,6 +252,8 @@ void AlsaMidi::release(OpenLane& lane, std::vector<Heard>& heard) {
             heard.push_back({lane.lane.endpoint, {0x80, number, 0}});
         lane.held.note(number, false);
     }
+    if (std::exchange(lane.holdsMore, false))
+        heard.push_back({lane.lane.endpoint, {kMidiReleaseAll.begin(), kMidiReleaseAll.end()}});
 }
 
 AlsaMidi::OpenLane* AlsaMidi::laneOf(const snd_seq_event_t& event) {

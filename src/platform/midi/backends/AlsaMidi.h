@@ -31,6 +31,7 @@ class AlsaMidi final : public MidiBackend {
         snd_seq_addr_t peer{};  // of a lane with a key
         int port = -1;          // ours; -1: none yet
         HeldNotes held;
+        bool holdsMore = false;
     };
     /// Bytes on their way to the host, which is told outside the mutex.
     struct Heard {
