@@ -1,4 +1,5 @@
-// How fast bytes become notes: parsing alone, and all the way to a queue that is emptied.
+// How fast bytes become notes: parsing alone, all the way to a queue that is emptied, and through
+// a network session.
 #include <benchmark/benchmark.h>
 
 #include <random>
@@ -6,6 +7,7 @@
 
 #include "midi/MidiNoteQueue.h"
 #include "midi/MidiPackets.h"
+#include "midi/network/NetworkSession.h"
 
 namespace {
 
@@ -58,5 +60,76 @@ void queueAndPerform(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(queueAndPerform)->Arg(1)->Arg(1024);
+
+/// Two sessions whose datagrams are kept, so that one side can be timed alone.
+class Ends final : public NetworkSessionHost {
+  public:
+    explicit Ends(std::uint32_t ssrc) : session(*this, {"Benchmark", ssrc, [] { return 1u; }}) {}
+
+    void send(SessionPort, const NetworkAddress&, std::span<const std::uint8_t> bytes) override {
+        sent.emplace_back(bytes.begin(), bytes.end());
+    }
+    bool isNear(const NetworkAddress&) override { return true; }
+    bool isContact(const NetworkAddress&) override { return true; }
+    void peerJoined(std::uint32_t id, const std::string&, const NetworkAddress&) override {
+        peer = id;
+    }
+    void peerLeft(std::uint32_t) override {}
+    void asked(std::uint32_t, const std::string&, const NetworkAddress&) override {}
+    void askEnded(std::uint32_t) override {}
+    void inviteFailed(const NetworkAddress&, const std::string&) override {}
+    void received(std::uint32_t, SessionTime, std::span<const std::uint8_t> message) override {
+        sum += message[0];
+    }
+    /// Somebody else's invitation, on both ports.
+    void invited(std::uint32_t ssrc) {
+        SessionPacket packet;
+        packet.command = SessionCommand::invitation;
+        packet.ssrc = ssrc;
+        for (const SessionPort port : {SessionPort::control, SessionPort::data})
+            session.receive(port, {}, packet.written(), 0);
+        sent.clear();
+    }
+
+    std::vector<std::vector<std::uint8_t>> sent;
+    std::uint32_t peer = 0;
+    std::uint64_t sum = 0;
+    NetworkSession session;
+};
+
+/// Datagrams of `bytes` of messages each, as a session sends them. The receiver's feedback comes
+/// once for all that are timed together.
+void networkSend(benchmark::State& state) {
+    const auto packet = messages(std::size_t(state.range(0)));
+    Ends sender(1);
+    sender.invited(2);
+    for (auto _ : state) {
+        sender.session.send(sender.peer, packet, 0);
+        sender.sent.clear();
+    }
+    state.SetBytesProcessed(state.iterations() * std::int64_t(packet.size()));
+}
+BENCHMARK(networkSend)->Arg(3)->Arg(600);
+
+void networkReceive(benchmark::State& state) {
+    const auto packet = messages(std::size_t(state.range(0)));
+    Ends sender(1), receiver(2);
+    sender.invited(2);
+    receiver.invited(1);
+    for (int i = 0; i < 65536; ++i)  // all sequence numbers, so that they can come round again
+        sender.session.send(sender.peer, packet, 0);
+    const std::size_t count = sender.sent.size() & ~std::size_t{65535};
+    std::size_t bytes = 0, next = 0;
+    for (auto _ : state) {
+        const auto& datagram = sender.sent[next];
+        receiver.session.receive(SessionPort::data, {}, datagram, 0);
+        bytes += datagram.size();
+        next = (next + 1) % count;
+        benchmark::DoNotOptimize(receiver.sum);
+    }
+    state.SetBytesProcessed(std::int64_t(bytes));
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(networkReceive)->Arg(3)->Arg(600);
 
 }  // namespace

@@ -26,28 +26,11 @@ void readAnything(std::span<const std::uint8_t> bytes) {
     }
 }
 
-/// Each message is a packet of its own; the receiver's state is rebuilt from each journal.
-void writeAndRead(std::span<const std::uint8_t> messages) {
-    std::uint32_t packet = 0xFFFA;
-    JournalWriter writer(packet);
+/// What the messages since the checkpoint have told.
+struct Told {
     ChannelNotes told{}, on{};
-    while (true) {
-        const auto message = takeMidiMessage(messages);
-        std::vector<std::uint8_t> bytes;
-        writer.write(bytes, packet);
-        check(bytes.size() <= JournalWriter::kMostBytes);
-        RecoveryJournal journal;
-        check(journal.read(bytes));
-        std::size_t notes = 0;
-        for (std::size_t channel = 0; channel < 16; ++channel) {
-            check(journal.off[channel] == (told[channel] & ~on[channel]));
-            check((journal.on[channel] & ~on[channel]).none());
-            notes += on[channel].count();
-        }
-        for (std::size_t channel = 0; notes < 250 && channel < 16; ++channel)
-            check(journal.on[channel] == on[channel]);
-        if (message.empty())
-            return;
+
+    void follow(std::span<const std::uint8_t> message) {
         const std::size_t channel = message[0] & 15;
         const int kind = message[0] >> 4;
         if (kind == 8 || kind == 9) {
@@ -56,13 +39,41 @@ void writeAndRead(std::span<const std::uint8_t> messages) {
         } else if (kind == 11 && (message[1] == 120 || message[1] >= 123)) {
             on[channel].reset();
         }
-        writer.follow(message, packet);
-        if (message[0] == 0xF6) {  // the receiver has heard it all
-            writer.forgetThrough(packet);
-            told = on = {};
-        }
-        ++packet;
     }
+};
+
+void compare(const JournalWriter& writer, std::uint32_t packet, const Told& told) {
+    std::vector<std::uint8_t> bytes;
+    writer.write(bytes, packet);
+    check(bytes.size() <= JournalWriter::kMostBytes);
+    RecoveryJournal journal;
+    check(journal.read(bytes));
+    std::size_t notes = 0;
+    for (std::size_t channel = 0; channel < 16; ++channel)
+        notes += told.on[channel].count();
+    for (std::size_t channel = 0; channel < 16; ++channel) {
+        check(journal.off[channel] == (told.told[channel] & ~told.on[channel]));
+        check(notes < 250 ? journal.on[channel] == told.on[channel]
+                          : (journal.on[channel] & ~told.on[channel]).none());
+    }
+}
+
+/// Each message is a packet of its own. A tune request stands for the receiver's feedback.
+void writeAndRead(std::span<const std::uint8_t> messages) {
+    std::uint32_t packet = 0xFFFA;
+    JournalWriter writer(packet);
+    Told told;
+    for (auto message = takeMidiMessage(messages); !message.empty();
+         message = takeMidiMessage(messages)) {
+        told.follow(message);
+        writer.follow(message, packet++);
+        if (message[0] == 0xF6) {
+            compare(writer, packet, told);
+            writer.forgetThrough(packet - 1);
+            told = {};
+        }
+    }
+    compare(writer, packet, told);
 }
 
 }  // namespace

@@ -60,7 +60,10 @@ void RawPeer::play(const std::vector<std::uint8_t>& commands) {
     put(bytes, m_sequence++, 2);
     put(bytes, static_cast<std::uint32_t>(now), 4);
     put(bytes, kSsrc, 4);
-    bytes.push_back(static_cast<std::uint8_t>(commands.size()));
+    if (commands.size() < 16)
+        put(bytes, static_cast<std::uint32_t>(commands.size()), 1);
+    else
+        put(bytes, 0x8000 | static_cast<std::uint32_t>(commands.size()), 2);
     bytes.insert(bytes.end(), commands.begin(), commands.end());
     send(SessionPort::data, bytes);
 }

@@ -11,7 +11,7 @@ bool IncomingStream::take(const RtpMidiPacket& packet) {
         return false;
     m_packet = index;
     m_late = arrival == SequenceWindow::Arrival::late;
-    if (arrival == SequenceWindow::Arrival::restarted)
+    if (arrival == SequenceWindow::Arrival::first)
         begin();
     if (m_late) {
         ExclusiveJoiner none;
@@ -24,6 +24,9 @@ bool IncomingStream::take(const RtpMidiPacket& packet) {
     if (m_order.hasGap() && !packet.journal.empty())
         recover(packet.journal, index);
     MidiCommandList(packet, m_exclusive, *this).read();
+    // What came before the first packet, only that one's journal can tell: nothing is held yet.
+    if (arrival == SequenceWindow::Arrival::first)
+        m_order.makeUp();
     return true;
 }
 

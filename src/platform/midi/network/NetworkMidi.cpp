@@ -160,6 +160,7 @@ void NetworkMidi::sleepUntil(SessionTime due) {
         return;
     if (watched[0].revents)
         m_wake.clear();
+    m_nap = 0;
     for (const SessionPort port : {SessionPort::control, SessionPort::data}) {
         const short events = watched[1 + std::size_t(port)].revents;
         if (events & POLLERR)
@@ -170,13 +171,20 @@ void NetworkMidi::sleepUntil(SessionTime due) {
             receiveFrom(port);
     }
     m_heard.flush();
+    const timespec nap = lengthOf(m_nap);
+    if (m_nap != 0)
+        nanosleep(&nap, nullptr);
 }
 
 void NetworkMidi::receiveFrom(SessionPort port) {
     const SessionTime now = sessionTime();
-    m_sockets.receive(port, [&](const NetworkAddress& from, std::span<const std::uint8_t> bytes) {
-        m_session->receive(port, from, bytes, now);
-    });
+    const std::size_t count = m_sockets.receive(
+        port, [&](const NetworkAddress& from, std::span<const std::uint8_t> bytes) {
+            m_session->receive(port, from, bytes, now);
+        });
+    const SessionTime nap = m_brake.came(count, now);
+    // A full batch means that more is waiting already.
+    m_nap = count < NetworkSockets::kBatch ? std::max(m_nap, nap) : 0;
 }
 
 void NetworkMidi::send(SessionPort from, const NetworkAddress& to,

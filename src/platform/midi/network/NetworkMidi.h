@@ -12,6 +12,7 @@
 #include "midi/network/NetworkLanes.h"
 #include "midi/network/NetworkSockets.h"
 #include "midi/network/PacketGatherer.h"
+#include "midi/network/StormBrake.h"
 #include "midi/network/WakeEvent.h"
 
 /// The session of MIDI over the network as a back end: who takes part is one source and one
@@ -83,6 +84,8 @@ class NetworkMidi final : public MidiBackend, private NetworkSessionHost {
     AttachedSubnets m_near;
     std::optional<NetworkDirectory> m_directory;
     PacketGatherer m_heard;
+    StormBrake m_brake;
+    SessionTime m_nap = 0;       // before the next look at the sockets
     SessionTime m_tryAgain = 0;  // when the sockets could not be opened
     Guests m_connections;
     Guests m_requests;

@@ -12,7 +12,6 @@ namespace {
 constexpr SessionTime kInviteEvery = kSessionSecond;
 constexpr int kInvites = 12;
 constexpr SessionTime kHalfOpenPatience = 5 * kSessionSecond;
-constexpr SessionTime kNewPeerEvery = kSessionSecond;
 constexpr SessionTime kSilence = 25 * kSessionSecond;
 constexpr SessionTime kFeedbackAfter = kSessionSecond;
 // The first clock exchanges follow each other quickly, since some peers play only after them.
@@ -38,10 +37,10 @@ NetworkSession::NetworkSession(NetworkSessionHost& host, Identity identity)
 NetworkSession::~NetworkSession() = default;
 
 void NetworkSession::setPolicy(Policy policy) {
-    m_policy = policy;
+    m_door.setPolicy(policy);
     if (policy == Policy::hostsInContactsList)
         return;
-    for (const AskList::Ask& ask : m_asks.takeAll()) {
+    for (const AskList::Ask& ask : m_door.asks().takeAll()) {
         if (policy == Policy::noOne)
             say(SessionPort::control, ask.control, SessionCommand::refused, ask.token);
     }
@@ -58,9 +57,9 @@ void NetworkSession::receive(SessionPort at, const NetworkAddress& from,
 }
 
 void NetworkSession::receiveCommand(const Arrival& arrival, const SessionPacket& packet) {
-    const std::size_t index = indexOfStream(arrival.from, packet.ssrc);
-    if (index < m_peers.size() && m_peers[index].isJoined())
-        m_peers[index].heard = arrival.now;
+    SessionPeer* const peer = m_peers.ofStream(arrival.from, packet.ssrc);
+    if (peer && peer->isJoined())
+        peer->heard = arrival.now;
     switch (packet.command) {
         case SessionCommand::invitation:
             return receiveInvitation(arrival, packet);
@@ -73,8 +72,8 @@ void NetworkSession::receiveCommand(const Arrival& arrival, const SessionPacket&
         case SessionCommand::clock:
             return receiveClock(arrival, packet);
         case SessionCommand::feedback:
-            if (index < m_peers.size() && m_peers[index].isJoined())
-                m_peers[index].output->heardThrough(packet.sequence);
+            if (peer && peer->isJoined())
+                peer->output->heardThrough(packet.sequence);
     }
 }
 
@@ -82,13 +81,12 @@ void NetworkSession::receiveMidi(const Arrival& arrival, std::span<const std::ui
     const auto packet = RtpMidiPacket::read(datagram);
     if (!packet)
         return;
-    const std::size_t index = indexOfStream(arrival.from, packet->ssrc);
-    if (index == m_peers.size() || !m_peers[index].isJoined())
+    SessionPeer* const peer = m_peers.ofStream(arrival.from, packet->ssrc);
+    if (!peer || !peer->isJoined())
         return;
-    SessionPeer& peer = m_peers[index];
-    peer.heard = arrival.now;
-    if (peer.input->take(*packet, arrival.now) && peer.feedback == kNever)
-        peer.feedback = arrival.now + kFeedbackAfter;
+    peer->heard = arrival.now;
+    if (peer->input->take(*packet, arrival.now) && peer->feedback == kNever)
+        peer->feedback = arrival.now + kFeedbackAfter;
 }
 
 // Invitations of others.
@@ -96,9 +94,8 @@ void NetworkSession::receiveMidi(const Arrival& arrival, std::span<const std::ui
 void NetworkSession::receiveInvitation(const Arrival& arrival, const SessionPacket& packet) {
     if (!m_host.isNear(arrival.from))
         return;
-    const std::size_t index = indexOfStream(arrival.from, packet.ssrc);
-    if (index < m_peers.size())
-        return invitedAgain(m_peers[index], arrival, packet);
+    if (SessionPeer* const peer = m_peers.ofStream(arrival.from, packet.ssrc))
+        return invitedAgain(*peer, arrival, packet);
     if (arrival.at == SessionPort::control && packet.ssrc != m_identity.ssrc)
         return knock(arrival, packet);
     say(arrival.at, arrival.from, SessionCommand::refused, packet.token);
@@ -136,101 +133,71 @@ void NetworkSession::completedByThem(SessionPeer& peer, const Arrival& arrival,
 }
 
 void NetworkSession::knock(const Arrival& arrival, const SessionPacket& packet) {
-    const bool refused = m_policy == Policy::noOne || m_refused.holds(arrival.from, arrival.now);
-    if (refused)
-        return say(arrival.at, arrival.from, SessionCommand::refused, packet.token);
-    if (m_policy == Policy::hostsInContactsList && !m_host.isContact(arrival.from))
-        return ask(arrival, packet);
-    if (m_newcomers.holds(arrival.from, arrival.now))
-        return;  // silently: it will try again, and then the second is over
-    admit(++m_lastId, plainName(packet.name), arrival, packet);
-}
-
-void NetworkSession::ask(const Arrival& arrival, const SessionPacket& packet) {
-    if (m_asks.knows(arrival.from))
-        return m_asks.repeat(arrival.from, packet.ssrc, packet.token, arrival.now);
-    if (m_newcomers.holds(arrival.from, arrival.now))
-        return;
-    if (m_asks.isFull())
-        return say(arrival.at, arrival.from, SessionCommand::refused, packet.token);
-    m_newcomers.hold(arrival.from, arrival.now, arrival.now + kNewPeerEvery);
-    m_asks.add({.id = ++m_lastId,
-                .token = packet.token,
-                .ssrc = packet.ssrc,
-                .name = plainName(packet.name),
-                .control = arrival.from,
-                .until = arrival.now + AskList::kPatience});
+    switch (m_door.knock(arrival.from, packet, arrival.now)) {
+        case SessionDoor::Verdict::admit:
+            return admit(++m_lastId, plainName(packet.name), arrival, packet);
+        case SessionDoor::Verdict::ask:
+            return m_door.asks().add({.id = ++m_lastId,
+                                      .token = packet.token,
+                                      .ssrc = packet.ssrc,
+                                      .name = plainName(packet.name),
+                                      .control = arrival.from,
+                                      .until = arrival.now + AskList::kPatience});
+        case SessionDoor::Verdict::refuse:
+            return say(arrival.at, arrival.from, SessionCommand::refused, packet.token);
+        case SessionDoor::Verdict::ignore:
+            return;
+    }
 }
 
 void NetworkSession::answer(std::uint32_t asker, bool allowed, SessionTime now) {
-    const auto ask = m_asks.take(asker);
+    const auto ask = m_door.asks().take(asker);
     if (!ask)
         return;
     const SessionPacket packet{.token = ask->token, .ssrc = ask->ssrc};
     if (allowed)
         return admit(ask->id, ask->name, {SessionPort::control, ask->control, now}, packet);
-    m_refused.hold(ask->control, now, now + AskList::kPatience);
+    m_door.hasRefused(ask->control, now);
     say(SessionPort::control, ask->control, SessionCommand::refused, ask->token);
 }
 
 void NetworkSession::admit(std::uint32_t id, const std::string& name, const Arrival& arrival,
                            const SessionPacket& packet) {
-    if (!makeRoom(arrival.from))
+    if (!m_peers.makeRoom(arrival.from))
         return say(SessionPort::control, arrival.from, SessionCommand::refused, packet.token);
-    m_newcomers.hold(arrival.from, arrival.now, arrival.now + kNewPeerEvery);
-    m_peers.push_back({.id = id,
-                       .token = packet.token,
-                       .ssrc = packet.ssrc,
-                       .name = name,
-                       .control = arrival.from,
-                       .data = {},
-                       .heard = arrival.now});
+    m_door.hasAdmitted(arrival.from, arrival.now);
+    m_peers.add({.id = id,
+                 .token = packet.token,
+                 .ssrc = packet.ssrc,
+                 .name = name,
+                 .control = arrival.from,
+                 .data = {},
+                 .heard = arrival.now});
     say(SessionPort::control, arrival.from, SessionCommand::accepted, packet.token);
-}
-
-/// If there is none, a host that has several half-open ones loses the oldest of them to one that
-/// has none.
-bool NetworkSession::makeRoom(const NetworkAddress& forWhom) {
-    if (m_peers.size() < kMostPeers)
-        return true;
-    const auto halfOpenOf = [&](const NetworkAddress& host) {
-        return std::ranges::count_if(m_peers, [&](const SessionPeer& peer) {
-            return peer.stage == Stage::halfOpen && peer.control.sameHost(host);
-        });
-    };
-    if (halfOpenOf(forWhom) > 0)
-        return false;
-    const auto crowding = std::ranges::find_if(m_peers, [&](const SessionPeer& peer) {
-        return peer.stage == Stage::halfOpen && halfOpenOf(peer.control) > 1;
-    });
-    if (crowding == m_peers.end())
-        return false;
-    m_peers.erase(crowding);
-    return true;
 }
 
 // Invitations of ours.
 
 void NetworkSession::invite(const NetworkAddress& control, SessionTime now) {
-    const bool known = std::ranges::any_of(m_peers, [&](const SessionPeer& peer) {
-        return peer.control == control && peer.stage != Stage::halfOpen;
-    });
+    bool known = false;
+    m_peers.forEach(
+        [&](const SessionPeer& peer) { known |= peer.control == control && !peer.isHalfOpen(); });
     if (known)
         return;
     if (control.port == 0 || control.port == 65535)
         return m_host.inviteFailed(control, kNoSuchPort);
     if (!m_host.isNear(control))
         return m_host.inviteFailed(control, kTooFar);
-    if (!makeRoom(control))
+    if (!m_peers.makeRoom(control))
         return m_host.inviteFailed(control, kNoRoom);
-    m_peers.push_back({.id = ++m_lastId,
-                       .stage = Stage::invitingControl,
-                       .weInvited = true,
-                       .token = m_identity.random(),
-                       .name = {},
-                       .control = control,
-                       .data = control.at(static_cast<std::uint16_t>(control.port + 1))});
-    sendInvitation(m_peers.back(), now);
+    SessionPeer& peer =
+        m_peers.add({.id = ++m_lastId,
+                     .stage = Stage::invitingControl,
+                     .weInvited = true,
+                     .token = m_identity.random(),
+                     .control = control,
+                     .data = control.at(static_cast<std::uint16_t>(control.port + 1))});
+    sendInvitation(peer, now);
 }
 
 void NetworkSession::sendInvitation(SessionPeer& peer, SessionTime now) {
@@ -242,27 +209,24 @@ void NetworkSession::sendInvitation(SessionPeer& peer, SessionTime now) {
 }
 
 void NetworkSession::receiveAccepted(const Arrival& arrival, const SessionPacket& packet) {
-    const std::size_t index = indexOfInvite(arrival.from, packet.token);
-    if (index == m_peers.size())
+    SessionPeer* const peer = m_peers.ofInvite(arrival.from, packet.token);
+    if (!peer)
         return;
-    SessionPeer& peer = m_peers[index];
     if (packet.ssrc == m_identity.ssrc)
-        return fail(index, kOurselves);
-    if (peer.stage == Stage::invitingControl && arrival.at == SessionPort::control) {
-        if (yieldsTo(peer, arrival.from, packet.ssrc))
+        return fail(*peer, kOurselves);
+    if (peer->stage == Stage::invitingControl && arrival.at == SessionPort::control) {
+        if (yieldsTo(*peer, arrival.from, packet.ssrc))
             return;
-        SessionPeer& invite = m_peers[indexOfInvite(arrival.from, packet.token)];
-        invite.ssrc = packet.ssrc;
-        invite.name = plainName(packet.name);
-        invite.stage = Stage::invitingData;
-        invite.round = 0;
-        sendInvitation(invite, arrival.now);
-    } else if (peer.stage == Stage::invitingData && arrival.at == SessionPort::data &&
-               peer.ssrc == packet.ssrc) {
-        peer.data = arrival.from;
-        peer.due = arrival.now;
-        join(peer, arrival.now);
-        sendClock(peer, arrival.now);
+        peer->ssrc = packet.ssrc;
+        peer->name = plainName(packet.name);
+        peer->stage = Stage::invitingData;
+        peer->round = 0;
+        sendInvitation(*peer, arrival.now);
+    } else if (peer->stage == Stage::invitingData && arrival.at == SessionPort::data &&
+               peer->ssrc == packet.ssrc) {
+        peer->data = arrival.from;
+        join(*peer, arrival.now);
+        sendClock(*peer, arrival.now);
     }
 }
 
@@ -270,25 +234,21 @@ void NetworkSession::receiveAccepted(const Arrival& arrival, const SessionPacket
 /// an invitation of its own. Else that one is forgotten.
 bool NetworkSession::yieldsTo(const SessionPeer& invite, const NetworkAddress& from,
                               std::uint32_t ssrc) {
-    const std::size_t other = indexOfStream(from, ssrc);
-    if (other == m_peers.size())
+    const SessionPeer* const other = m_peers.ofStream(from, ssrc);
+    if (!other)
         return false;
-    const bool yields = m_peers[other].stage != Stage::halfOpen || m_identity.ssrc > ssrc;
-    const auto which = yields ? &invite - m_peers.data() : static_cast<std::ptrdiff_t>(other);
-    m_peers.erase(m_peers.begin() + which);
+    const bool yields = !other->isHalfOpen() || m_identity.ssrc > ssrc;
+    m_peers.take(yields ? invite : *other);
     return yields;
 }
 
 void NetworkSession::receiveRefused(const Arrival& arrival, const SessionPacket& packet) {
-    const std::size_t index = indexOfInvite(arrival.from, packet.token);
-    if (index < m_peers.size())
-        fail(index, packet.ssrc == m_identity.ssrc ? kOurselves : kHasRefused);
+    if (const SessionPeer* const peer = m_peers.ofInvite(arrival.from, packet.token))
+        fail(*peer, packet.ssrc == m_identity.ssrc ? kOurselves : kHasRefused);
 }
 
-void NetworkSession::fail(std::size_t index, const char* why) {
-    const NetworkAddress control = m_peers[index].control;
-    m_peers.erase(m_peers.begin() + static_cast<std::ptrdiff_t>(index));
-    m_host.inviteFailed(control, why);
+void NetworkSession::fail(const SessionPeer& peer, const char* why) {
+    m_host.inviteFailed(m_peers.take(peer).control, why);
 }
 
 // Taking part.
@@ -305,9 +265,8 @@ void NetworkSession::join(SessionPeer& peer, SessionTime now) {
     m_host.peerJoined(peer.id, peer.name, peer.control);
 }
 
-void NetworkSession::leave(std::size_t index, bool goodbye, SessionTime now) {
-    const SessionPeer peer = std::move(m_peers[index]);
-    m_peers.erase(m_peers.begin() + static_cast<std::ptrdiff_t>(index));
+void NetworkSession::leave(const SessionPeer& leaving, bool goodbye, SessionTime now) {
+    const SessionPeer peer = m_peers.take(leaving);
     if (goodbye)
         sendGoodbye(peer);
     if (!peer.isJoined())
@@ -317,53 +276,47 @@ void NetworkSession::leave(std::size_t index, bool goodbye, SessionTime now) {
 }
 
 void NetworkSession::receiveGoodbye(const Arrival& arrival, const SessionPacket& packet) {
-    m_asks.end(arrival.from, packet.ssrc);
-    const std::size_t index = indexOfStream(arrival.from, packet.ssrc);
-    if (index == m_peers.size())
-        return;
-    if (m_peers[index].isInviting())
-        fail(index, kHasRefused);
-    else
-        leave(index, false, arrival.now);
+    m_door.asks().end(arrival.from, packet.ssrc);
+    const SessionPeer* const peer = m_peers.ofStream(arrival.from, packet.ssrc);
+    if (peer && peer->isInviting())
+        fail(*peer, kHasRefused);
+    else if (peer)
+        leave(*peer, false, arrival.now);
 }
 
 void NetworkSession::unreachable(const NetworkAddress& to, SessionTime now) {
-    m_asks.endAt(to);
-    for (std::size_t i = m_peers.size(); i-- > 0;) {
-        if (m_peers[i].control != to && m_peers[i].data != to)
-            continue;
-        if (m_peers[i].isInviting())
-            fail(i, kNobodyListens);
+    m_door.asks().endAt(to);
+    m_peers.forEach([&](const SessionPeer& peer) {
+        if (peer.control != to && peer.data != to)
+            return;
+        if (peer.isInviting())
+            fail(peer, kNobodyListens);
         else
-            leave(i, false, now);
-    }
+            leave(peer, false, now);
+    });
 }
 
-void NetworkSession::disconnect(std::uint32_t peer, SessionTime now) {
-    if (const std::size_t index = indexOf(peer); index < m_peers.size())
-        leave(index, true, now);
+void NetworkSession::disconnect(std::uint32_t id, SessionTime now) {
+    if (const SessionPeer* const peer = m_peers.joined(id))
+        leave(*peer, true, now);
 }
 
 void NetworkSession::close(SessionTime now) {
-    while (!m_peers.empty())
-        leave(m_peers.size() - 1, true, now);
-    for (const AskList::Ask& ask : m_asks.takeAll())
+    m_peers.forEach([&](const SessionPeer& peer) { leave(peer, true, now); });
+    for (const AskList::Ask& ask : m_door.asks().takeAll())
         say(SessionPort::control, ask.control, SessionCommand::refused, ask.token);
 }
 
-void NetworkSession::send(std::uint32_t peer, std::span<const std::uint8_t> messages,
+void NetworkSession::send(std::uint32_t id, std::span<const std::uint8_t> messages,
                           SessionTime now) {
-    const std::size_t index = indexOf(peer);
-    if (index < m_peers.size() && m_peers[index].isJoined())
-        m_peers[index].output->send(messages, now, toDataOf(m_peers[index]));
+    if (const SessionPeer* const peer = m_peers.joined(id))
+        peer->output->send(messages, now, toDataOf(*peer));
 }
 
 /// Three exchanges: 0 asks, 1 answers, 2 tells the one who has answered; nothing answers 2.
 void NetworkSession::receiveClock(const Arrival& arrival, const SessionPacket& packet) {
-    const std::size_t index = indexOfStream(arrival.from, packet.ssrc);
-    if (index == m_peers.size() || !m_peers[index].isJoined() || packet.count > 1)
-        return;
-    if (packet.count == 1 && !m_peers[index].weInvited)
+    const SessionPeer* const peer = m_peers.ofStream(arrival.from, packet.ssrc);
+    if (!peer || !peer->isJoined() || packet.count > (peer->weInvited ? 1 : 0))
         return;
     SessionPacket reply = packet;
     ++reply.count;
@@ -409,27 +362,24 @@ OutgoingStream::Emit NetworkSession::toDataOf(const SessionPeer& peer) {
 // Time.
 
 SessionTime NetworkSession::turn(SessionTime now) {
-    for (std::size_t i = m_peers.size(); i-- > 0;)
-        turnPeer(i, now);
-    SessionTime next = m_asks.turn(now);
-    for (const SessionPeer& peer : m_peers)
-        next = std::min(next, dueOf(peer));
+    m_peers.forEach([&](SessionPeer& peer) { turnPeer(peer, now); });
+    SessionTime next = m_door.asks().turn(now);
+    m_peers.forEach([&](const SessionPeer& peer) { next = std::min(next, dueOf(peer)); });
     return next;
 }
 
-void NetworkSession::turnPeer(std::size_t index, SessionTime now) {
-    SessionPeer& peer = m_peers[index];
+void NetworkSession::turnPeer(SessionPeer& peer, SessionTime now) {
     if (peer.isInviting() && now >= peer.due) {
         if (peer.round >= kInvites)
-            return fail(index, kNobodyAnswers);
+            return fail(peer, kNobodyAnswers);
         return sendInvitation(peer, now);
     }
-    if (peer.stage == Stage::halfOpen && now >= peer.heard + kHalfOpenPatience)
-        return leave(index, false, now);
+    if (peer.isHalfOpen() && now >= peer.heard + kHalfOpenPatience)
+        return leave(peer, false, now);
     if (!peer.isJoined())
         return;
     if (now >= peer.heard + kSilence)
-        return leave(index, true, now);
+        return leave(peer, true, now);
     if (now >= peer.due)
         sendClock(peer, now);
     if (now >= peer.feedback)
@@ -443,22 +393,4 @@ SessionTime NetworkSession::dueOf(const SessionPeer& peer) const {
     if (!peer.isJoined())
         return peer.heard + kHalfOpenPatience;
     return std::min({peer.heard + kSilence, peer.due, peer.feedback, peer.output->due()});
-}
-
-std::size_t NetworkSession::indexOfStream(const NetworkAddress& from, std::uint32_t ssrc) const {
-    const auto peer =
-        std::ranges::find_if(m_peers, [&](const SessionPeer& one) { return one.is(from, ssrc); });
-    return static_cast<std::size_t>(peer - m_peers.begin());
-}
-
-std::size_t NetworkSession::indexOfInvite(const NetworkAddress& from, std::uint32_t token) const {
-    const auto peer = std::ranges::find_if(m_peers, [&](const SessionPeer& one) {
-        return one.isInviting() && one.token == token && one.control.sameHost(from);
-    });
-    return static_cast<std::size_t>(peer - m_peers.begin());
-}
-
-std::size_t NetworkSession::indexOf(std::uint32_t peer) const {
-    return static_cast<std::size_t>(std::ranges::find(m_peers, peer, &SessionPeer::id) -
-                                    m_peers.begin());
 }

@@ -4,14 +4,11 @@
 #include <functional>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "midi/MidiNetworkSession.h"
-#include "midi/network/AskList.h"
-#include "midi/network/HostTimes.h"
 #include "midi/network/NetworkSessionHost.h"
-#include "midi/network/SessionPacket.h"
-#include "midi/network/SessionPeer.h"
+#include "midi/network/SessionDoor.h"
+#include "midi/network/SessionPeers.h"
 
 /// MIDI over the network: RTP-MIDI (RFC 6295) under the session protocol that desktop and tablet
 /// systems share (invitation, clock synchronisation, receiver feedback, goodbye). It has no socket,
@@ -26,11 +23,13 @@ class NetworkSession {
         std::uint32_t lastPeer = 0;             // the number that was last given to a peer
     };
     /// With those that are about to take part.
-    static constexpr std::size_t kMostPeers = 8;
+    static constexpr std::size_t kMostPeers = SessionPeers::kMost;
 
     NetworkSession(NetworkSessionHost& host, Identity identity);
     ~NetworkSession();
 
+    /// Said from now on.
+    void setName(std::string name) { m_identity.name = std::move(name); }
     /// Those who take part stay. Who waits for the player is refused if now nobody may, and let in
     /// if now everybody may, at its next invitation.
     void setPolicy(MIDINetworkSession::ConnectionPolicy policy);
@@ -68,15 +67,13 @@ class NetworkSession {
     void invitedAgain(SessionPeer& peer, const Arrival& arrival, const SessionPacket& packet);
     void completedByThem(SessionPeer& peer, const Arrival& arrival, const SessionPacket& packet);
     void knock(const Arrival& arrival, const SessionPacket& packet);
-    void ask(const Arrival& arrival, const SessionPacket& packet);
     void admit(std::uint32_t id, const std::string& name, const Arrival& arrival,
                const SessionPacket& packet);
-    bool makeRoom(const NetworkAddress& forWhom);
     bool yieldsTo(const SessionPeer& invite, const NetworkAddress& from, std::uint32_t ssrc);
 
     void join(SessionPeer& peer, SessionTime now);
-    void leave(std::size_t index, bool goodbye, SessionTime now);
-    void fail(std::size_t index, const char* why);
+    void leave(const SessionPeer& peer, bool goodbye, SessionTime now);
+    void fail(const SessionPeer& peer, const char* why);
     void sendInvitation(SessionPeer& peer, SessionTime now);
     void sendClock(SessionPeer& peer, SessionTime now);
     void sendFeedback(SessionPeer& peer, SessionTime now);
@@ -85,18 +82,12 @@ class NetworkSession {
     void say(SessionPort at, const NetworkAddress& to, SessionCommand command, std::uint32_t token);
     OutgoingStream::Emit toDataOf(const SessionPeer& peer);
 
-    void turnPeer(std::size_t index, SessionTime now);
+    void turnPeer(SessionPeer& peer, SessionTime now);
     SessionTime dueOf(const SessionPeer& peer) const;
-    std::size_t indexOfStream(const NetworkAddress& from, std::uint32_t ssrc) const;
-    std::size_t indexOfInvite(const NetworkAddress& from, std::uint32_t token) const;
-    std::size_t indexOf(std::uint32_t peer) const;
 
     NetworkSessionHost& m_host;
     Identity m_identity;
-    MIDINetworkSession::ConnectionPolicy m_policy = MIDINetworkSession::ConnectionPolicy::anyone;
     std::uint32_t m_lastId;
-    std::vector<SessionPeer> m_peers;
-    AskList m_asks{m_host};
-    HostTimes m_newcomers;  // not another one of that host yet
-    HostTimes m_refused;
+    SessionPeers m_peers;
+    SessionDoor m_door{m_host};
 };

@@ -41,8 +41,9 @@ void OutgoingStream::begin() {
 
 std::size_t OutgoingStream::room() const {
     const std::size_t time = m_commands.empty() ? 0 : 1;
-    return kLongestDatagram - kRtpHeader - kListHeader - m_recovery.size() - m_commands.size() -
-           time;
+    const std::size_t used =
+        kRtpHeader + kListHeader + m_recovery.size() + m_commands.size() + time;
+    return kLongestDatagram - std::min(kLongestDatagram, used);
 }
 
 void OutgoingStream::append(std::span<const std::uint8_t> message, SessionTime now,

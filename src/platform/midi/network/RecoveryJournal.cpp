@@ -50,8 +50,8 @@ bool RecoveryJournal::read(std::span<const std::uint8_t> bytes) {
     checkpoint = journal.u16();
     if (flags & kHasSystemJournal)
         skipSystemJournal(journal);
-    const unsigned channels = flags & kHasChannelJournals ? (flags & 0x0F) + 1 : 0;
-    for (unsigned i = 0; i < channels && !journal.failed(); ++i) {
+    const unsigned count = flags & kHasChannelJournals ? (flags & 0x0F) + 1 : 0;
+    for (unsigned i = 0; i < count && !journal.failed(); ++i) {
         if (!readChannel(journal))
             return false;
     }
@@ -61,13 +61,13 @@ bool RecoveryJournal::read(std::span<const std::uint8_t> bytes) {
 bool RecoveryJournal::readChannel(ByteReader& journal) {
     const unsigned header = journal.u16();
     const unsigned contents = journal.u8();
+    const std::size_t channel = header >> 11 & 0x0F;
     ByteReader chapters(takeBody(journal, header & kLengthBits, 3));
-    if (journal.failed())
+    if (journal.failed() || channels[channel])  // no channel comes twice
         return false;
+    channels.set(channel);
     skipToNotes(chapters, contents);
-    if (contents & kChapterN)
-        return !chapters.failed() && readNotes(chapters, header >> 11 & 0x0F);
-    return !chapters.failed();
+    return !chapters.failed() && (!(contents & kChapterN) || readNotes(chapters, channel));
 }
 
 /// Logs of notes that are on, two bytes each, then one bit for each that is off. Told of the

@@ -11,6 +11,7 @@
 /// (RFC 6295, 5 and appendix A): chapter N is taken, all else is skipped by its length.
 struct RecoveryJournal {
     std::uint16_t checkpoint = 0;  // sequence number of the first packet that is covered
+    std::bitset<16> channels;      // that are told of
     ChannelNotes off{};            // last told off
     ChannelNotes on{};             // last told on,
     ChannelNotes playable{};       // and still worth being started

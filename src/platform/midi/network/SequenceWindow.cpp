@@ -15,19 +15,19 @@ std::int16_t distanceFrom(std::uint32_t from, std::uint16_t to) {
 
 SequenceWindow::Place SequenceWindow::take(std::uint16_t sequence) {
     if (!m_started)
-        return start(sequence, Arrival::newer);
+        return start(sequence);
     const int distance = distanceFrom(m_newest, sequence);
     return distance > 0 ? advance(static_cast<std::uint32_t>(distance))
                         : lookBack(sequence, static_cast<std::uint32_t>(-distance));
 }
 
-/// What was sent before the first packet is not known, so it counts as missing.
-SequenceWindow::Place SequenceWindow::start(std::uint16_t sequence, Arrival arrival) {
+SequenceWindow::Place SequenceWindow::start(std::uint16_t sequence) {
     *this = {};
     m_started = true;
     m_newest = 0x10000u | sequence;
+    m_missing = ~std::uint64_t{0};
     m_gap = m_outOfSight = true;
-    return {arrival, m_newest};
+    return {Arrival::first, m_newest};
 }
 
 SequenceWindow::Place SequenceWindow::advance(std::uint32_t distance) {
@@ -50,7 +50,7 @@ SequenceWindow::Place SequenceWindow::advance(std::uint32_t distance) {
 SequenceWindow::Place SequenceWindow::lookBack(std::uint16_t sequence, std::uint32_t distance) {
     if (distance > kMostMisordered) {
         if (m_restart == sequence)
-            return start(sequence, Arrival::restarted);
+            return start(sequence);
         m_restart = static_cast<std::uint16_t>(sequence + 1);
     }
     const std::uint64_t bit =

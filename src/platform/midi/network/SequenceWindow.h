@@ -7,10 +7,10 @@
 class SequenceWindow {
   public:
     enum class Arrival {
-        newer,      // than all before it
-        late,       // was missing until now
-        dropped,    // a duplicate, or too old to tell
-        restarted,  // newer, but of a stream that has begun again
+        first,    // the stream has begun, perhaps again: before it, anything may be missing
+        newer,    // than all before it
+        late,     // was missing until now
+        dropped,  // a duplicate, or too old to tell
     };
     struct Place {
         Arrival arrival;
@@ -27,7 +27,7 @@ class SequenceWindow {
     std::uint16_t sureThrough() const;
 
   private:
-    Place start(std::uint16_t sequence, Arrival arrival);
+    Place start(std::uint16_t sequence);
     Place advance(std::uint32_t distance);
     Place lookBack(std::uint16_t sequence, std::uint32_t distance);
 

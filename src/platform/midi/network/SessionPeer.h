@@ -34,6 +34,7 @@ struct SessionPeer {
     bool isInviting() const {
         return stage == Stage::invitingControl || stage == Stage::invitingData;
     }
+    bool isHalfOpen() const { return stage == Stage::halfOpen; }
     bool isJoined() const { return stage == Stage::joined; }
     bool is(const NetworkAddress& from, std::uint32_t stream) const {
         return stage != Stage::invitingControl && ssrc == stream && control.sameHost(from);
