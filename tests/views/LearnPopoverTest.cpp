@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QStyleHints>
 #include <QTest>
 #include <cstdlib>
 
@@ -26,7 +24,6 @@ Window {
     Item {
         anchors.fill: parent
         ParameterColumn { dials: controller.dials; key: "filterCutoff"; x: 100; y: 300; width: 80 }
-        RequestBar { network: controller.midi.network; objectName: "requestBar"; width: 600 }
     }
 }
 )";

@@ -29,7 +29,10 @@ Item {
         dialState: column.dialState
         bubbleContainer: Window.contentItem
         menuOffered: column.dialState !== null && column.dialState.learnable
-        onMenuAsked: learning.active = true
+        onMenuAsked: {
+            learning.byKeys = focusVisible
+            learning.active = true
+        }
         onValueChanged: if (learning.item) learning.item.leave()
 
         Accessible.role: Accessible.Slider
@@ -48,12 +51,24 @@ Item {
     }
     Loader {
         id: learning
+        property bool byKeys: false
+
+        // What was touched elsewhere may have taken it already.
+        function giveFocusBack() {
+            const now = dial.Window.activeFocusItem
+            if (!now || now === dial.Window.contentItem)
+                dial.forceActiveFocus(byKeys ? Qt.PopupFocusReason : Qt.MouseFocusReason)
+        }
+
         active: false
         sourceComponent: LearnPopover {
             dialState: column.dialState
             target: dial
-            onClosed: learning.active = false
-            onAboutToHide: if (activeFocus) dial.forceActiveFocus(Qt.PopupFocusReason)
+            onAboutToHide: learning.giveFocusBack()
+            onClosed: {
+                learning.giveFocusBack()
+                learning.active = false
+            }
         }
     }
     Text {

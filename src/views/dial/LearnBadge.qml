@@ -15,13 +15,13 @@ Rectangle {
     height: 13
     radius: 4
     visible: waits || controllers !== ""
-    width: Math.max(words.implicitWidth + Theme.grid, 3 * Theme.grid)
+    width: words.implicitWidth + Theme.halfGrid + 2  // at most 37: there the lowest lamps are
 
     Words {
         id: words
         anchors.centerIn: parent
         color: root.waits ? (root.lit ? Theme.ground : Theme.amber) : Theme.cream
-        font { bold: true; pixelSize: 10 }
+        font { bold: true; pixelSize: text.length > 5 ? 9 : 10 }
         // Of several, as devices differ, the first stands for all.
         text: root.waits ? "CC ?" : root.controllers.replace(/,.*/, "+")
     }

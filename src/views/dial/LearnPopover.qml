@@ -7,7 +7,9 @@ Popover {
     id: root
 
     required property DialState dialState
+    /// What it says stays while it fades.
     property bool waited: false
+    property bool leaving: false
 
     function leave() {
         if (visible && !leaving) {
@@ -15,7 +17,6 @@ Popover {
             close()
         }
     }
-    property bool leaving: false
 
     heading: dialState.name
     visible: true
@@ -32,7 +33,8 @@ Popover {
         function onLearningChanged() {
             if (!root.dialState.learnable || (root.waited && !root.dialState.learning))
                 root.leave()
-            root.waited = root.dialState.learning
+            if (!root.leaving)
+                root.waited = root.dialState.learning
         }
     }
 
