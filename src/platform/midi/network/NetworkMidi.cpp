@@ -112,17 +112,18 @@ void NetworkMidi::openSession() {
 void NetworkMidi::closeSession() {
     m_tryAgain = 0;
     if (m_session) {
-        m_directory.reset();
         m_session->close(sessionTime());
         m_session.reset();
-        m_sockets.close();
         m_requests.clear();
         m_changed = true;
         tell();
+        m_directory.reset();
+        m_sockets.close();
     }
     m_board->change([](NetworkBoard::State& state) {
         state.port = 0;
         state.problem.clear();
+        state.found.clear();
     });
 }
 

@@ -56,6 +56,13 @@ int boundSocket(int family, std::uint16_t port) {
     return -1;
 }
 
+/// An error that is left would wake whoever polls at once.
+void takeError(int socket) {
+    int error = 0;
+    socklen_t length = sizeof error;
+    getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length);
+}
+
 std::uint16_t portOf(int socket) {
     sockaddr_storage own{};
     socklen_t length = sizeof own;
@@ -184,7 +191,7 @@ void NetworkSockets::unreachable(SessionPort at,
         message.msg_control = about.data();
         message.msg_controllen = about.size();
         if (recvmsg(descriptor(at), &message, MSG_ERRQUEUE | MSG_DONTWAIT) < 0)
-            return;
+            return takeError(descriptor(at));
         const auto to = HostAddress::fromSocket(reinterpret_cast<const sockaddr*>(&destination));
         if (to && saysUnreachable(message))
             told(*to);
