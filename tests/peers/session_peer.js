@@ -1,8 +1,8 @@
 // Somebody else's network session, of the package rtpmidi.
-//   node session_peer.js listen PORT    waits on that control port
-//   node session_peer.js connect PORT   invites whoever listens there
-// Once it takes part it plays 60 down, 64 down, 60 up, and holds 64 until it is ended. Each message
-// that it hears is a line "heard HEX"; SIGTERM makes it say goodbye.
+//   node session_peer.js listen PORT [NOTE]    waits on that control port
+//   node session_peer.js connect PORT [NOTE]   invites whoever listens there
+// Once it takes part it plays 60 down, NOTE (64) down, 60 up, and holds NOTE until it is ended. Each
+// message that it hears is a line "heard HEX"; SIGTERM makes it say goodbye.
 'use strict';
 const { Session, Stream, logger } = require('rtpmidi');
 logger.level = 'error';
@@ -13,7 +13,7 @@ Stream.prototype.handleSynchronization = function (message) {
     if (message.count !== 2) synchronise.call(this, message);
 };
 
-const [, , mode, port] = process.argv;
+const [, , mode, port, note = 64] = process.argv;
 const session = new Session(mode === 'listen' ? Number(port) : 17004 + 2 * (process.pid % 10000),
     'foreign', 'foreign', undefined, false);
 
@@ -27,7 +27,7 @@ function play(stream, bytes) {
 function perform(stream) {
     if (mode === 'listen') stream.latency = stream.timeDifference = 0;
     if (stream.latency === null) return setTimeout(perform, 20, stream);
-    const bars = [[0x90, 60, 100], [0x90, 64, 100], [0x80, 60, 0]];
+    const bars = [[0x90, 60, 100], [0x90, Number(note), 100], [0x80, 60, 0]];
     bars.forEach((bytes, beat) => setTimeout(play, 50 * beat, stream, bytes));
 }
 

@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 
 #include "Process.h"
 #include "Steps.h"
 #include "keyboard/ScrollingKeyboardView.h"
+#include "midi/MidiNetworkSession.h"
 
 namespace {
 
@@ -44,24 +47,19 @@ class SeenKey {
     QColor m_rest;
 };
 
-}  // namespace
-
-void playFromAnotherProgram(Walk& walk) {
+/// The key is heard and lit while the player presses it, and goes out when the player is killed.
+void playAndKill(Walk& walk, const std::string& name, const QString& source, SeenKey& key,
+                 Process& player) {
     InstrumentWindow& instrument = walk.instrument();
-    SeenKey key(walk);
-    // Presses the key twice a second, and holds it nearly all the time.
-    auto player = std::make_unique<Process>(std::vector<std::string>{
-        "jack_midiseq", "sequencer", "22050", "0", std::to_string(key.note()), "22000"});
-    walk.hear("another program plays", [&] {
+    walk.hear(name + " plays", [&] {
         walk.expectSoon("its key lights up", [&] { return key.isLit(); });
-        walk.expectSoon("the settings know it", [&] {
-            return walk.controller().midi()->sources().contains("sequencer:out");
-        });
+        walk.expectSoon("the settings know it",
+                        [&] { return walk.controller().midi()->sources().contains(source); });
         instrument.pass(1);
     });
-    walk.show("the other program was killed", [&] {
+    walk.show(name + " was killed", [&] {
         walk.expectSoon("its key is held", [&] { return key.isLit(); });
-        player->kill();
+        player.kill();
         walk.expectSoon("its key goes out", [&] { return !key.isLit(); });
         const auto& notes = walk.controller().instrument().notes().triggeredNoteUnits();
         walk.expect("no note is held",
@@ -69,6 +67,29 @@ void playFromAnotherProgram(Walk& walk) {
         instrument.pass(6);  // what has been released fades
         const double from = walk.ears().now();
         instrument.pass(kSilenceSeconds);
-        walk.expectSilence("the other program was killed", from, walk.ears().now());
+        walk.expectSilence(name + " was killed", from, walk.ears().now());
     });
+}
+
+}  // namespace
+
+void playFromAnotherProgram(Walk& walk) {
+    SeenKey key(walk);
+    // Presses the key twice a second, and holds it nearly all the time.
+    Process player(
+        {"jack_midiseq", "sequencer", "22050", "0", std::to_string(key.note()), "22000"});
+    playAndKill(walk, "another program", "sequencer:out", key, player);
+}
+
+void playOverTheNetwork(Walk& walk) {
+    if (!std::filesystem::exists(OMBRIX_PEERS "/node_modules/rtpmidi")) {
+        std::printf("nobody plays over the network: ./test installs who would, if there is npm\n");
+        return;
+    }
+    setenv("NODE_PATH", OMBRIX_PEERS "/node_modules", 1);
+    SeenKey key(walk);
+    Process player({"node", OMBRIX_PEER_SCRIPT, "connect",
+                    std::to_string(MIDINetworkSession::defaultSession().port()),
+                    std::to_string(key.note())});
+    playAndKill(walk, "somebody else's session", "foreign", key, player);
 }

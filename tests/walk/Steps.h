@@ -18,5 +18,7 @@ void exploreAWave(Walk& walk, const std::string& folder);
 void recordAPerformance(Walk& walk);
 /// One that presses keys over MIDI, and is killed.
 void playFromAnotherProgram(Walk& walk);
+/// The same for somebody else's network session.
+void playOverTheNetwork(Walk& walk);
 void followTheTutorial(Walk& walk);
 void startAgain(Walk& walk);

@@ -42,6 +42,7 @@ bool walkThrough(const WindowSession& session, const std::string& folder) {
     keepAPreset(walk);
     recordAPerformance(walk);
     playFromAnotherProgram(walk);
+    playOverTheNetwork(walk);
     changeEverySetting(walk);
     followTheTutorial(walk);
     startAgain(walk);
