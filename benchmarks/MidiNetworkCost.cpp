@@ -109,7 +109,8 @@ class Stopwatch final : public QrMidiSourceDelegate, public NotesDelegate {
             m_releases += packet->data[0] >> 4 == 8;
     }
     void keyShown(int, bool down) override {
-        if (down)
+        // In a storm its own memory would grow.
+        if (down && m_milliseconds.size() < kMostTimed)
             m_milliseconds.push_back(double(nanoseconds() - m_shared.stamp) / 1e6);
     }
     std::uint64_t messages() const { return m_messages; }
@@ -126,6 +127,8 @@ class Stopwatch final : public QrMidiSourceDelegate, public NotesDelegate {
     }
 
   private:
+    static constexpr std::size_t kMostTimed = 10000;
+
     const Shared& m_shared;
     std::atomic<std::uint64_t> m_messages{0};
     std::atomic<std::uint64_t> m_releases{0};
