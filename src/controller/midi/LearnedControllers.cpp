@@ -133,15 +133,24 @@ void LearnedControllers::load(const PropertyListValue& device) {
 
 void LearnedControllers::keep(UserDefaults& defaults) const {
     PropertyListValue::Array devices;
-    for (const Device& device : m_devices) {
-        PropertyListValue::Array controllers;
-        for (const Controller& controller : device.controllers)
-            controllers.push_back(PropertyListValue::Dictionary{
-                {"channel", controller.channel + 1},
-                {"controller", controller.number},
-                {"dial", std::string(parameter(controller.dial).key)}});
-        devices.push_back(
-            PropertyListValue::Dictionary{{"name", device.name}, {"controllers", controllers}});
+    for (const Device& device : m_devices)
+        devices.emplace_back(asStored(device));
+    PropertyListValue::Dictionary all;
+    all.emplace("devices", std::move(devices));
+    defaults.set(kMidiLearned, std::move(all));
+}
+
+PropertyListValue::Dictionary LearnedControllers::asStored(const Device& device) {
+    PropertyListValue::Array controllers;
+    for (const Controller& controller : device.controllers) {
+        PropertyListValue::Dictionary row;
+        row.emplace("channel", controller.channel + 1);
+        row.emplace("controller", controller.number);
+        row.emplace("dial", std::string(parameter(controller.dial).key));
+        controllers.emplace_back(std::move(row));
     }
-    defaults.set(kMidiLearned, PropertyListValue::Dictionary{{"devices", std::move(devices)}});
+    PropertyListValue::Dictionary learned;
+    learned.emplace("name", device.name);
+    learned.emplace("controllers", std::move(controllers));
+    return learned;
 }

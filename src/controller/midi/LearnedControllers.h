@@ -44,6 +44,7 @@ class LearnedControllers {
     };
     Device* deviceOf(const std::string& name);
     void load(const PropertyListValue& device);
+    static PropertyListValue::Dictionary asStored(const Device& device);
 
     std::vector<Device> m_devices;  // the one that has learned last is the last
 };
