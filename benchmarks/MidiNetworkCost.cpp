@@ -5,30 +5,24 @@
 //   midi_network_cost [SECONDS [MESSAGES-A-PACKET]]
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <mutex>
 #include <thread>
 
 #include "../tests/network/RawPeer.h"
-#include "midi/MidiInput.h"
+#include "MidiListener.h"
 #include "midi/MidiNetworkSession.h"
 #include "midi/network/NetworkMidi.h"
-#include "notifications/NotificationCentre.h"
 
 namespace {
 
 using namespace std::chrono_literals;
-using Steady = std::chrono::steady_clock;
 
 constexpr double kMessagesPerSecond = 100000;
 
@@ -82,22 +76,6 @@ std::vector<std::uint8_t> nextCommands(std::uint64_t first, std::size_t count) {
         std::this_thread::sleep_for(1s);
 }
 
-double cpuSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](timeval time) {
-        return double(time.tv_sec) + double(time.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-long residentKilobytes() {
-    std::ifstream status("/proc/self/statm");
-    long pages = 0;
-    status >> pages >> pages;
-    return pages * (sysconf(_SC_PAGESIZE) / 1024);
-}
-
 /// Counts what is heard, and times each note from its sending to the key that it moves.
 class Stopwatch final : public QrMidiSourceDelegate, public NotesDelegate {
   public:
@@ -109,30 +87,18 @@ class Stopwatch final : public QrMidiSourceDelegate, public NotesDelegate {
             m_releases += packet->data[0] >> 4 == 8;
     }
     void keyShown(int, bool down) override {
-        // In a storm its own memory would grow.
-        if (down && m_milliseconds.size() < kMostTimed)
-            m_milliseconds.push_back(double(nanoseconds() - m_shared.stamp) / 1e6);
+        if (down)
+            m_times.add(double(nanoseconds() - m_shared.stamp) / 1e6);
     }
     std::uint64_t messages() const { return m_messages; }
     std::uint64_t releases() const { return m_releases; }
-    void print() {
-        std::ranges::sort(m_milliseconds);
-        const auto at = [&](double share) {
-            return m_milliseconds[std::size_t(share * double(m_milliseconds.size() - 1))];
-        };
-        if (!m_milliseconds.empty())
-            std::printf(
-                "%zu notes: sent to trigger %.2f ms median, %.2f ms 99.9 %%, %.2f ms most\n",
-                m_milliseconds.size(), at(0.5), at(0.999), at(1));
-    }
+    void print() { m_times.print("sent to trigger"); }
 
   private:
-    static constexpr std::size_t kMostTimed = 10000;
-
     const Shared& m_shared;
     std::atomic<std::uint64_t> m_messages{0};
     std::atomic<std::uint64_t> m_releases{0};
-    std::vector<double> m_milliseconds;
+    NoteTimes m_times;
 };
 
 void hear(double messagesPerSecond, double seconds, std::size_t perPacket) {
@@ -142,68 +108,36 @@ void hear(double messagesPerSecond, double seconds, std::size_t perPacket) {
     if (child == 0)
         play(shared, messagesPerSecond, perPacket);
     MidiBackends::use({[] { return std::make_shared<NetworkMidi>(); }});
-    UserDefaults defaults("");
-    Voices voices;
-    for (unsigned i = 0; i < kVoiceCount; ++i) {
-        voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
-        voices.envelopes[i] = std::make_unique<ADSRShaper>();
-    }
-    Notes notes(voices);
     Stopwatch stopwatch(shared);
-    notes.addDelegate(stopwatch);
-    MidiInput midi(defaults);
-    midi.setNotes(&notes);
+    MidiListener listener(stopwatch);
+    MidiInput& midi = listener.midi();
     midi.hub().setNetworkEnabled(true);
-    // As the window's loop does: sleeps until a call is due or somebody has added one.
-    std::mutex mutex;
-    std::condition_variable added;
-    bool woken = false;
-    RunLoop::main().setWaker([&] {
-        {
-            std::lock_guard guard(mutex);
-            woken = true;
-        }
-        added.notify_one();
-    });
-    const auto turnUntil = [&](auto condition) {
-        while (!condition()) {
-            RunLoop::main().turn();
-            std::unique_lock held(mutex);
-            added.wait_for(held, 100ms, [&] { return woken; });
-            woken = false;
-        }
-    };
     const MIDINetworkSession& session = MIDINetworkSession::defaultSession();
-    turnUntil([&] { return session.port() != 0; });
+    listener.turnUntil([&] { return session.port() != 0; });
     shared.port = session.port();
-    turnUntil([&] { return !midi.hub().sources().empty(); });
+    listener.turnUntil([&] { return !midi.hub().sources().empty(); });
     midi.hub().sources()[0]->addDelegate(stopwatch);
-    turnUntil([&] { return shared.sent > 0; });
+    listener.turnUntil([&] { return shared.sent > 0; });
     const double cpu = cpuSeconds();
     const long memory = residentKilobytes();
     const std::uint64_t before = stopwatch.messages();
-    const auto begin = Steady::now();
-    turnUntil([&] { return Steady::now() - begin > std::chrono::duration<double>(seconds); });
+    listener.turnFor(seconds);
     std::printf("%.0f messages a second for %.0f s, %zu a packet: %.1f %% of a core, %+ld kB\n",
                 double(stopwatch.messages() - before) / seconds, seconds, perPacket,
                 100 * (cpuSeconds() - cpu) / seconds, residentKilobytes() - memory);
     shared.stop = true;
-    turnUntil([&] { return bool(shared.stopped); });
-    const auto end = Steady::now();
-    turnUntil([&] { return Steady::now() - end > 1s; });
-    const auto left =
-        std::ranges::count_if(notes.triggeredNoteUnits(), [](auto unit) { return unit >= 0; });
+    listener.turnUntil([&] { return bool(shared.stopped); });
+    listener.turnFor(1);
     const std::uint64_t releases = shared.sent / 2;
     std::printf(
         "%llu of %llu releases lost on the way, %llu messages dropped by the queue, "
         "%ld notes left\n",
         (unsigned long long)(releases - stopwatch.releases()), (unsigned long long)releases,
-        (unsigned long long)midi.dropped(), long(left));
+        (unsigned long long)midi.dropped(), listener.notesLeft());
     if (messagesPerSecond < 1000)
         stopwatch.print();
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
-    RunLoop::main().setWaker(nullptr);
     munmap(&shared, sizeof(Shared));
 }
 
