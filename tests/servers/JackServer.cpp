@@ -63,8 +63,9 @@ void JackServer::start(int rate, int periodFrames, int patience) {
 std::vector<float> JackServer::record(const std::vector<std::string>& ports, int seconds) {
     ScratchFolder scratch;
     const std::string file = scratch.file("recorded.wav");
-    std::vector<std::string> command{"jack_rec", "-f", file, "-d", std::to_string(seconds),
-                                     "-b",       "32"};
+    // A server that is hard pressed may leave a new client out until its graph changes.
+    std::vector<std::string> command{"timeout", std::to_string(seconds + 5), "jack_rec", "-f", file,
+                                     "-d",      std::to_string(seconds),     "-b",       "32"};
     command.insert(command.end(), ports.begin(), ports.end());
     runProgram(command);
     return readRecording(file).frames;
