@@ -44,8 +44,9 @@ class Host final : public MidiBackendHost {
     void received(MIDIEndpointRef, const MIDIPacketList& list) override {
         const MIDIPacket* packet = list.packet;
         for (std::uint32_t i = 0; i < list.numPackets; ++i, packet = MIDIPacketNext(packet)) {
-            EXPECT_GE(packet->timeStamp, last);
-            last = packet->timeStamp;
+            const MIDITimeStamp time = packet->timeStamp;  // no reference to it: it is packed
+            EXPECT_GE(time, last);
+            last = time;
             forEachMidiNote(MIDIPacketData(*packet), [this](MidiNoteEvent event) {
                 event.down ? (void)sounding.insert(event.note) : (void)sounding.erase(event.note);
                 notes += event.down;
@@ -88,7 +89,8 @@ TEST(JackMidiLane, aCycleTakesNoMemoryAndNoLockAndCallsNoSystemHoweverMuchIsHear
         EXPECT_TRUE(in.cycle(jack, nullptr, 1024));
         EXPECT_FALSE(in.cycle(jack, nullptr, 1024));
     }
-    EXPECT_GT(watch.renders(), 0u);
+    // Where a sanitizer is built in it watches in its own way.
+    EXPECT_EQ(watch.renders() > 0, RenderWatch::working());
     EXPECT_THAT(watch.violations(), testing::IsEmpty());
     Host host;
     std::vector<std::uint8_t> memory(100000);

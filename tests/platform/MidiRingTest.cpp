@@ -157,7 +157,7 @@ TEST(MidiPacketList, packetsAreFoundAgainBehindTheRoundedEndOfThoseBefore) {
     ASSERT_EQ(list.numPackets, std::size(lengths));
     for (const std::size_t length : lengths) {
         EXPECT_EQ((reinterpret_cast<const std::uint8_t*>(packet) - memory.data()) % 4, 0);
-        EXPECT_EQ(packet->timeStamp, length + 7);
+        EXPECT_EQ(MIDITimeStamp{packet->timeStamp}, length + 7);
         const auto data = MIDIPacketData(*packet);
         EXPECT_EQ(Bytes(data.begin(), data.end()), Bytes(length, std::uint8_t(length)));
         packet = MIDIPacketNext(packet);
