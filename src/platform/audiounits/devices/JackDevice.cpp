@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "audiounits/devices/JackCycle.h"
+
 JackDevice::~JackDevice() {
     stop();
 }
@@ -81,7 +83,7 @@ void JackDevice::setCallbacks() {
     m_jack->jack_set_process_callback(
         m_client,
         [](jack_nframes_t frames, void* self) {
-            static_cast<JackDevice*>(self)->process(frames);
+            runJackCycle([&] { static_cast<JackDevice*>(self)->process(frames); });
             return 0;
         },
         this);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "audiounits/devices/JackCycle.h"
 #include "log/Log.h"
 #include "midi/MidiPacketList.h"
 
@@ -181,7 +182,7 @@ void JackMidi::setOwnCallbacks(jack_client_t* client) {
         client,
         [](jack_nframes_t frames, void* self) {
             auto* const midi = static_cast<JackMidi*>(self);
-            midi->process(midi->m_cycleClient.load(), frames);
+            runJackCycle([&] { midi->process(midi->m_cycleClient.load(), frames); });
             return 0;
         },
         this);
