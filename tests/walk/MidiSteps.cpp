@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 
@@ -47,9 +48,9 @@ class SeenKey {
     QColor m_rest;
 };
 
-/// The key is heard and lit while the player presses it, and goes out when the player is killed.
-void playAndKill(Walk& walk, const std::string& name, const QString& source, SeenKey& key,
-                 Process& player) {
+/// The key is heard and lit while the player presses it, and goes out when the player ends.
+void playAndEnd(Walk& walk, const std::string& name, const QString& source, SeenKey& key,
+                Process& player, int signal) {
     InstrumentWindow& instrument = walk.instrument();
     walk.hear(name + " plays", [&] {
         walk.expectSoon("its key lights up", [&] { return key.isLit(); });
@@ -57,9 +58,9 @@ void playAndKill(Walk& walk, const std::string& name, const QString& source, See
                         [&] { return walk.controller().midi()->sources().contains(source); });
         instrument.pass(1);
     });
-    walk.show(name + " was killed", [&] {
+    walk.show(name + " has ended", [&] {
         walk.expectSoon("its key is held", [&] { return key.isLit(); });
-        player.kill();
+        player.signal(signal);
         walk.expectSoon("its key goes out", [&] { return !key.isLit(); });
         const auto& notes = walk.controller().instrument().notes().triggeredNoteUnits();
         walk.expect("no note is held",
@@ -67,7 +68,7 @@ void playAndKill(Walk& walk, const std::string& name, const QString& source, See
         instrument.pass(6);  // what has been released fades
         const double from = walk.ears().now();
         instrument.pass(kSilenceSeconds);
-        walk.expectSilence(name + " was killed", from, walk.ears().now());
+        walk.expectSilence(name + " has ended", from, walk.ears().now());
     });
 }
 
@@ -78,7 +79,8 @@ void playFromAnotherProgram(Walk& walk) {
     // Presses the key twice a second, and holds it nearly all the time.
     Process player(
         {"jack_midiseq", "sequencer", "22050", "0", std::to_string(key.note()), "22000"});
-    playAndKill(walk, "another program", "sequencer:out", key, player);
+    // Not killed: the server, which is patient here, would wait for it at the next connection.
+    playAndEnd(walk, "another program", "sequencer:out", key, player, SIGTERM);
 }
 
 void playOverTheNetwork(Walk& walk) {
@@ -91,5 +93,5 @@ void playOverTheNetwork(Walk& walk) {
     Process player({"node", OMBRIX_PEER_SCRIPT, "connect",
                     std::to_string(MIDINetworkSession::defaultSession().port()),
                     std::to_string(key.note())});
-    playAndKill(walk, "somebody else's session", "foreign", key, player);
+    playAndEnd(walk, "somebody else's session", "foreign", key, player, SIGKILL);
 }

@@ -16,9 +16,9 @@ void recordATake(Walk& walk, const std::string& tone);
 /// `folder` takes a sound of twenty minutes.
 void exploreAWave(Walk& walk, const std::string& folder);
 void recordAPerformance(Walk& walk);
-/// One that presses keys over MIDI, and is killed.
+/// One that presses keys over MIDI, and ends with one down.
 void playFromAnotherProgram(Walk& walk);
-/// The same for somebody else's network session.
+/// The same for somebody else's network session, which is killed.
 void playOverTheNetwork(Walk& walk);
 void followTheTutorial(Walk& walk);
 void startAgain(Walk& walk);
