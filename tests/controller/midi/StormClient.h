@@ -1,8 +1,10 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "audiounits/devices/JackLibrary.h"
 
@@ -14,9 +16,10 @@ class StormClient {
     explicit StormClient(const char* name) : m_name(name) { open(); }
     ~StormClient() { close(); }
 
-    /// Has a port from now on; anew if the server has dropped the client, as one under load does.
+    /// Has a port from now on; anew if the server has dropped the client, or runs it no more, as
+    /// one under load does.
     void plug() {
-        if (m_dropped) {
+        if (m_dropped || forgotten()) {
             close();
             open();
         }
@@ -40,6 +43,7 @@ class StormClient {
     void open() {
         m_dropped = false;
         m_inCycle = false;
+        m_lastRun = std::chrono::steady_clock::now();
         jack_status_t status{};
         m_client = m_jack.jack_client_open(m_name.c_str(), JackNoStartServer, &status);
         if (!m_client) {
@@ -61,6 +65,13 @@ class StormClient {
             this);
         m_jack.jack_activate(m_client);
     }
+    bool forgotten() {
+        const auto now = std::chrono::steady_clock::now();
+        const std::uint64_t cycles = m_cycles;
+        if (std::exchange(m_cyclesSeen, cycles) != cycles)
+            m_lastRun = now;
+        return now - m_lastRun > std::chrono::seconds(1);
+    }
     void close() {
         m_port = nullptr;
         if (m_client)
@@ -69,6 +80,7 @@ class StormClient {
     }
     void process(jack_nframes_t frames) {
         m_inCycle = true;
+        ++m_cycles;
         if (jack_port_t* const port = m_port)
             fill(m_jack.jack_port_get_buffer(port, frames), static_cast<std::uint32_t>(frames));
         m_inCycle = false;
@@ -92,6 +104,9 @@ class StormClient {
     const std::string m_name;
     jack_client_t* m_client = nullptr;
     std::atomic<bool> m_dropped{false};
+    std::atomic<std::uint64_t> m_cycles{0};
+    std::uint64_t m_cyclesSeen = 0;
+    std::chrono::steady_clock::time_point m_lastRun;
     std::atomic<jack_port_t*> m_port{nullptr};
     std::atomic<bool> m_inCycle{false};
     std::atomic<bool> m_releasing{false};
