@@ -59,7 +59,7 @@ class JackMidiTest : public testing::Test, NotesDelegate {
         return m_shown[index];
     }
     /// The same on a server that is stormed at, which may stop running a client for good: then on
-    /// another one.
+    /// another one. Not for releases, since those of a server that ends are given by its end.
     template <typename Condition>
     bool comesTrueAtLast(Condition condition) {
         for (int attempt = 0; attempt < 3; ++attempt) {
@@ -130,14 +130,14 @@ TEST_F(JackMidiTest, aStormIsPlayedAndLeavesNoNoteThoughItsPortComesAndGoes) {
         }
         storm.pull();
     }
-    EXPECT_TRUE(comesTrueAtLast([&] { return m_midi.hub().sources().empty() && allReleased(); }));
+    EXPECT_TRUE(comesTrue([&] { return m_midi.hub().sources().empty() && allReleased(); }));
     const int before = m_presses;
     EXPECT_TRUE(comesTrueAtLast([&] {
         storm.plug();
         return m_presses > before + 100;
     }));
     storm.setReleasing(true);
-    EXPECT_TRUE(comesTrueAtLast([&] {
+    EXPECT_TRUE(comesTrue([&] {
         storm.plug();
         return allReleased();
     }));
