@@ -152,9 +152,9 @@ TEST_F(NetworkSetupTest, lampAndWordsFollowTheSession) {
     EXPECT_EQ(orders[0].kind, Kind::disconnect);
     EXPECT_EQ(orders[0].peer, 3u);
     EXPECT_EQ(orders[1].kind, Kind::connect);
-    m_network.connectTo("no address:");
+    EXPECT_FALSE(m_network.connectTo("no address:"));
     EXPECT_THAT(m_network.problem().toStdString(), HasSubstr("no address:"));
-    m_network.connectTo("10.0.0.4");
+    EXPECT_TRUE(m_network.connectTo("10.0.0.4"));
     EXPECT_EQ(m_network.problem(), "");
 }
 

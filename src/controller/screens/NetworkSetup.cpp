@@ -129,10 +129,11 @@ void NetworkSetup::chooseMode(const QString& name) {
     Q_EMIT changed();
 }
 
-void NetworkSetup::connectTo(const QString& address) {
+bool NetworkSetup::connectTo(const QString& address) {
     m_refusal = plain(m_session.connect(address.toStdString()));
     look();
     Q_EMIT changed();
+    return m_refusal.isEmpty();
 }
 
 void NetworkSetup::disconnectFrom(quint32 connection) {

@@ -13,6 +13,7 @@
 class NetworkSetup : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantList modes READ modes NOTIFY changed)
+    Q_PROPERTY(bool enabled READ enabled NOTIFY changed)
     Q_PROPERTY(Lamp lamp READ lamp NOTIFY changed)
     Q_PROPERTY(QString state READ state NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
@@ -33,6 +34,7 @@ class NetworkSetup : public QObject {
 
     /// AudioOptions.
     QVariantList modes() const;
+    bool enabled() const { return m_seen.enabled; }
     /// Off; open, or about to be; somebody takes part; not open though it should be.
     Lamp lamp() const;
     /// The same in words.
@@ -51,8 +53,8 @@ class NetworkSetup : public QObject {
 
     /// By the name of an option. Who waits for an answer is let in by "nearby".
     Q_INVOKABLE void chooseMode(const QString& name);
-    /// HOST, HOST:PORT or [IPv6]:PORT.
-    Q_INVOKABLE void connectTo(const QString& address);
+    /// HOST, HOST:PORT or [IPv6]:PORT. False if that was not understood.
+    Q_INVOKABLE bool connectTo(const QString& address);
     Q_INVOKABLE void disconnectFrom(quint32 connection);
     Q_INVOKABLE void answer(quint32 request, bool allowed);
     /// The first one of those who ask.

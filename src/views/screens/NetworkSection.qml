@@ -87,4 +87,12 @@ SettingsSection {
             onAsked: root.network.connectTo(peer.address)
         }
     }
+    AddressRow {
+        visible: root.network.enabled
+        width: root.width - 2
+        onAsked: address => {
+            if (root.network.connectTo(address))
+                clear()
+        }
+    }
 }
