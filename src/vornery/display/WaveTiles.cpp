@@ -92,7 +92,7 @@ void WaveTiles::setViewFromI(std::int32_t start, std::int32_t stop, WaveUpdate u
     moveTiles();
     if (update == WaveUpdate::scroll)
         wrapTiles();
-    else if (update != WaveUpdate::stretch)
+    else if (update == WaveUpdate::refresh || update == WaveUpdate::refreshAgain)
         backgroundRefresh();
     m_delegate.tilesChanged();
 }
