@@ -179,7 +179,7 @@ std::uint64_t WaveTiles::placeLayerAt(double x, double width, std::int64_t from,
     return tile->contentId();
 }
 
-WaveTiles::Tile WaveTiles::reusePoolNeedsItem() {
+WaveTiles::Tile WaveTiles::reusePoolNeedsItem(ReusePool<WaveTileLayer>&) {
     auto tile = std::make_shared<WaveTileLayer>(m_height);
     tile->setDelegate2(this);
     tile->setDrawColour(m_waveColour);

@@ -80,7 +80,7 @@ class WaveTiles : private BackgroundWorkerDelegate,
     // BackgroundWorkerDelegate, ReusePoolDelegate, WaveTileLayerDelegate
     void task(BackgroundWorker& worker, const std::shared_ptr<BackgroundWorkerTask>& task,
               bool finished) override;
-    Tile reusePoolNeedsItem() override;
+    Tile reusePoolNeedsItem(ReusePool<WaveTileLayer>& pool) override;
     void waveTilefinishedRendering(WaveTileLayer& tile) override;
 
     void performBackgroundRefresh();
