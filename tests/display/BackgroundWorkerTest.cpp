@@ -107,8 +107,10 @@ TEST_F(BackgroundWorkerTest, shutsDownWhileBusyAndWhileIdle) {
 
 TEST(ReusePool, keepsNoMoreThanAreWanted) {
     struct Maker : ReusePoolDelegate<int> {
-        std::shared_ptr<int> reusePoolNeedsItem() override { return std::make_shared<int>(++made); }
-        void cleanItem(int& item) override { item = 0; }
+        std::shared_ptr<int> reusePoolNeedsItem(ReusePool<int>&) override {
+            return std::make_shared<int>(++made);
+        }
+        void cleanItem(ReusePool<int>&, int& item) override { item = 0; }
         int made = 0;
     } maker;
     ReusePool<int> pool(maker);

@@ -6,11 +6,15 @@
 #include <utility>
 
 template <typename Item>
+class ReusePool;
+
+template <typename Item>
 class ReusePoolDelegate {
   public:
     virtual ~ReusePoolDelegate() = default;
-    virtual std::shared_ptr<Item> reusePoolNeedsItem() = 0;
-    virtual void cleanItem(Item& /*item*/) {}
+    virtual std::shared_ptr<Item> reusePoolNeedsItem(ReusePool<Item>& pool) = 0;
+    /// An item that is about to be used again.
+    virtual void cleanItem(ReusePool<Item>& /*pool*/, Item& /*item*/) {}
 };
 
 /// Spare items, in no order, so that they need not be made anew. [main]
@@ -25,9 +29,9 @@ class ReusePool {
     /// A spare item, cleaned by the delegate; a new one of the delegate's when none is there.
     Pointer take() {
         if (m_pool.empty())
-            return m_delegate.reusePoolNeedsItem();
+            return m_delegate.reusePoolNeedsItem(*this);
         Pointer item = std::move(m_pool.extract(m_pool.begin()).value());
-        m_delegate.cleanItem(*item);
+        m_delegate.cleanItem(*this, *item);
         return item;
     }
     void put(Pointer item) { m_pool.insert(std::move(item)); }

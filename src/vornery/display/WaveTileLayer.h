@@ -69,6 +69,8 @@ class WaveTileLayer : public BackgroundWorkerCancellableTask,
     /// Frames of the sound, [start, stop); may lie before its first and behind its last.
     std::int32_t start() const { return m_start; }
     std::int32_t stop() const { return m_stop; }
+    void setStart(std::int32_t start) { setStretch(start, m_stop); }
+    void setStop(std::int32_t stop) { setStretch(m_start, stop); }
     void setStretch(std::int32_t start, std::int32_t stop);
     /// [any thread]
     std::shared_ptr<WaveSequenceAccess> wave() const;

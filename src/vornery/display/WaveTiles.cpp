@@ -92,7 +92,7 @@ void WaveTiles::setViewFromI(std::int32_t start, std::int32_t stop, WaveUpdate u
     moveTiles();
     if (update == WaveUpdate::scroll)
         wrapTiles();
-    else if (update != WaveUpdate::stretch)
+    else if (update == WaveUpdate::refresh || update == WaveUpdate::refreshAgain)
         backgroundRefresh();
     m_delegate.tilesChanged();
 }
@@ -179,7 +179,7 @@ std::uint64_t WaveTiles::placeLayerAt(double x, double width, std::int64_t from,
     return tile->contentId();
 }
 
-WaveTiles::Tile WaveTiles::reusePoolNeedsItem() {
+WaveTiles::Tile WaveTiles::reusePoolNeedsItem(ReusePool<WaveTileLayer>&) {
     auto tile = std::make_shared<WaveTileLayer>(m_height);
     tile->setDelegate2(this);
     tile->setDrawColour(m_waveColour);

@@ -22,7 +22,7 @@ class WaveTilesDelegate {
 enum class WaveUpdate : int {
     refresh = 0,       // another sound, size or range: all tiles anew
     scroll = 1,        // the same scale: tiles move, and those that leave come in on the other side
-    stretch = 2,       // tiles only follow; a refresh is to come
+    stretch = 2,       // tiles only follow, as for any other number; a refresh is to come
     refreshAgain = 4,  // as refresh
 };
 
@@ -80,7 +80,7 @@ class WaveTiles : private BackgroundWorkerDelegate,
     // BackgroundWorkerDelegate, ReusePoolDelegate, WaveTileLayerDelegate
     void task(BackgroundWorker& worker, const std::shared_ptr<BackgroundWorkerTask>& task,
               bool finished) override;
-    Tile reusePoolNeedsItem() override;
+    Tile reusePoolNeedsItem(ReusePool<WaveTileLayer>& pool) override;
     void waveTilefinishedRendering(WaveTileLayer& tile) override;
 
     void performBackgroundRefresh();

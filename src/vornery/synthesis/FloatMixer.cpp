@@ -71,11 +71,13 @@ void FloatMixer::mix(AudioUnitRenderActionFlags* flags, const AudioTimeStamp* ti
     AudioBufferList scratch =
         AudioBufferList::single(m_mixdownBuffer.get(), 1, frames * std::uint32_t{sizeof(float)});
     float* sum = data->samples<float>();
+    const AudioUnitRenderActionFlags asked =
+        flags ? *flags & ~kAudioUnitRenderAction_OutputIsSilence : 0;
     bool begun = false;
     bool sounds = false;      // something that is not silence is in the sum
     bool addedZeros = false;  // silence that was left out
     for (std::uint32_t bus = 0; bus < m_busesInUse; ++bus) {
-        AudioUnitRenderActionFlags busFlags = *flags & ~kAudioUnitRenderAction_OutputIsSilence;
+        AudioUnitRenderActionFlags busFlags = asked;
         if (upstreamRenderFlags(&busFlags, time, bus, frames, begun ? &scratch : data) != noErr)
             continue;
         const bool silent = (busFlags & kAudioUnitRenderAction_OutputIsSilence) != 0;

@@ -30,9 +30,10 @@ void GrainSynthesiser::lookAt(std::shared_ptr<const ContiguousWave>& source) {
     m_note.triggered = false;
     m_source.swap(source);
     m_sampleCount = sampleCount;
-    // Silence: promises more than it can show, or is too long to be counted.
-    const bool unreadable = readable < sampleCount || sampleCount > kLongestSound;
-    m_data = unreadable ? nullptr : data;
+    m_data = data;
+    // Silence: nothing, or less than it promised, or too long to be counted.
+    m_isReadable =
+        data && sampleCount > 0 && readable >= sampleCount && sampleCount <= kLongestSound;
 }
 
 void GrainSynthesiser::setWaveSource(std::shared_ptr<const ContiguousWave> source) {
@@ -63,8 +64,8 @@ OSStatus GrainSynthesiser::render(void* context, AudioUnitRenderActionFlags* fla
     std::lock_guard guard(unit.m_lock);
     if (!unit.m_streamDescription.isFloat())
         return noErr;
-    const bool sounds = unit.m_note.triggered && unit.m_data && unit.m_sampleCount > 0 &&
-                        std::isfinite(unit.m_note.frequency.load());
+    const bool sounds =
+        unit.m_note.triggered && unit.m_isReadable && std::isfinite(unit.m_note.frequency.load());
     markSilence(flags, !sounds);
     if (sounds) {
         renderGrains(unit.m_note, {unit.m_data, unit.m_sampleCount}, data->samples<float>(),

@@ -38,7 +38,8 @@ class GrainSynthesiser : public VornCallbackUnit, public Triggerable {
     float preamp() const { return m_note.preamp; }
     void setPreamp(float preamp) { m_note.preamp = preamp; }
 
-    /// First sample of the sound, or null. Valid while the sound is the unit's source.
+    /// First sample of the sound, or null; fewer than `sampleCount` may be there, and then it is
+    /// silence. Valid while the sound is the unit's source.
     const float* data() const { return m_data; }
     std::uint32_t sampleCount() const { return m_sampleCount; }
     GrainNoteData* note() { return &m_note; }
@@ -55,4 +56,5 @@ class GrainSynthesiser : public VornCallbackUnit, public Triggerable {
     std::shared_ptr<const ContiguousWave> m_source;
     const float* m_data = nullptr;  // of m_source
     std::uint32_t m_sampleCount = 0;
+    bool m_isReadable = false;  // all m_sampleCount of them
 };

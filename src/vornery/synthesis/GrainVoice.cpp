@@ -16,10 +16,10 @@ float centred(std::uint32_t random) {
     return static_cast<float>(random) * 4.656613e-10f - 0.5f;
 }
 
-float speedOf(const GrainNoteData& note) {
+float speedOf(const GrainNoteData& note, float frequency) {
     float speed = note.grainSpeed;
     if (note.syncSpeed)
-        speed *= 440.f / note.frequency;
+        speed *= 440.f / frequency;
     if (note.grainMode == kGrainStatic)
         speed = 0.f;
     return note.reversed ? -speed : speed;
@@ -44,9 +44,10 @@ GrainVoice::GrainVoice(const GrainNoteData& note, const GrainSound& sound) noexc
       length(static_cast<float>(sound.count)),
       lastSample(std::nextafter(length, 0.f) - 1.f),
       grain(grainLength(note.grainSize)),
-      ratio(note.frequency / 440.f),
+      frequency(note.frequency),
+      ratio(frequency / 440.f),
       steady(ratio),
-      speed(speedOf(note)),
+      speed(speedOf(note, frequency)),
       preamp(note.preamp),
       gain(note.gain),
       head{takenUp(note.heads[0], length), takenUp(note.heads[1], length)},

@@ -49,6 +49,7 @@ struct GrainVoice {
     float length;       // `count` as a float; above 2^24 it may be a little more
     float lastSample;   // from here on a position may need the first sample
     float grain;        // grain length in clock units
+    float frequency;    // Hz, the same throughout a render
     float ratio;        // pitch: step of the clock, and of the heads without modulation
     SteadyStep steady;  // of the ratio
     float speed;        // grain speed with its direction

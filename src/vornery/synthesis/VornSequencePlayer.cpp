@@ -128,13 +128,13 @@ OSStatus VornSequencePlayer::render(void* playerData, AudioUnitRenderActionFlags
     if (!here.mayKeep())
         at.firstWindow = at.currentWindow = nullptr;
     data.pending.read(at);
-    const std::uint32_t channels = list->mBuffers[0].mNumberChannels == 2 ? 2 : 1;
     if (!data.playing || !at.firstWindow || !at.currentWindow->data) {
-        playNothing(data, frames, channels, list->mBuffers[0].mData);
+        playNothing(data, frames, list->mBuffers[0].mNumberChannels, list->mBuffers[0].mData);
         markSilence(flags, true);
         data.reportedPosition = at.position;
         return noErr;
     }
+    const std::uint32_t channels = list->mBuffers[0].mNumberChannels == 2 ? 2 : 1;
     StereoPeaks peaks;
     const std::uint32_t played =
         data.convert ? playWindows(data, frames, list->samples<std::int16_t>(), channels, peaks)
