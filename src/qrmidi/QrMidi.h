@@ -46,6 +46,7 @@ class QrMidi {
     QrMidi(const QrMidi&) = delete;
     QrMidi& operator=(const QrMidi&) = delete;
 
+    MIDIClientRef client() const { return m_client; }
     MIDIPortRef outputPort() const { return m_outputPort; }
     MIDIPortRef inputPort() const { return m_inputPort; }
 

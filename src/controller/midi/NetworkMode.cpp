@@ -21,9 +21,11 @@ void keepNetworkMode(UserDefaults& defaults, NetworkMode mode) {
     defaults.set(kModeKey, std::string(kModeNames[std::size_t(mode)]));
 }
 
+/// The hub lets everybody in. Where the player is asked, not even a first moment is like that.
 void useNetworkMode(QrMidi& hub, NetworkMode mode) {
-    using Policy = MIDINetworkSession::ConnectionPolicy;
-    hub.setNetworkEnabled(mode != NetworkMode::off);
-    if (mode == NetworkMode::ask)
-        MIDINetworkSession::defaultSession().setConnectionPolicy(Policy::hostsInContactsList);
+    if (mode != NetworkMode::ask)
+        return hub.setNetworkEnabled(mode != NetworkMode::off);
+    MIDINetworkSession& session = MIDINetworkSession::defaultSession();
+    session.setConnectionPolicy(MIDINetworkSession::ConnectionPolicy::hostsInContactsList);
+    session.setEnabled(true);
 }

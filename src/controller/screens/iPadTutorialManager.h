@@ -40,6 +40,8 @@ class iPadTutorialManager : public QObject {
     Q_INVOKABLE void next() { show(); }
     Q_INVOKABLE void hide();
     void popupNote() { hide(); }
+    /// Hides it, and tells that it is over.
+    void finished();
     /// Shows all pages once more, from the first.
     Q_INVOKABLE void restart();
     /// The window has nothing of the anchor's name: the tutorial ends.
@@ -53,7 +55,6 @@ class iPadTutorialManager : public QObject {
   private:
     bool isLeft() const { return m_progress < std::int64_t(m_items.size()); }
     void setProgress(std::int64_t progress);
-    void finished();
 
     std::vector<TutorialItem> m_items;
     std::string m_progressKey;

@@ -30,6 +30,13 @@ class OverviewScroller : public QQuickItem {
     QRectF leftShader() const { return m_leftShader; }
     QRectF rightShader() const { return m_rightShader; }
 
+    /// Where the latest touch began, in points of the overview.
+    float touchX() const { return m_touchX; }
+    /// The target's offset when its lit part was last taken hold of.
+    float initialX() const { return m_initialX; }
+    /// Whether moves drag; once true it stays so.
+    bool dragging() const { return m_dragging; }
+
     void layoutShaders();
     /// Scrolls, animated, so that the place at x (points of the overview) is in the middle, or as
     /// near to it as the ends allow.
@@ -72,6 +79,6 @@ class OverviewScroller : public QQuickItem {
     float m_highlightSize = 0;
     float m_touchX = 0;
     float m_initialX = 0;
-    bool m_dragging = false;  ///< once true it stays so
+    bool m_dragging = false;
     int m_finger = kNone;
 };

@@ -195,12 +195,14 @@ OSStatus AlsaMidi::send(MIDIEndpointRef ref, const MIDIPacketList& list) {
 }
 
 /// When the kernel had to drop something, releases may be among it: all that is held is released.
+/// So may notices of ports be.
 std::vector<AlsaMidi::Heard> AlsaMidi::read() {
     std::vector<Heard> heard;
     snd_seq_event_t* event = nullptr;
     for (int left = 1000; left > 0; --left) {
         const int status = m_alsa->snd_seq_event_input(m_seq, &event);
         if (status == -ENOSPC) {
+            m_portsChanged = true;
             for (OpenLane& lane : m_lanes)
                 release(lane, heard);
         } else if (status < 0) {
