@@ -14,7 +14,8 @@
 /// One sound: blocks in playing order, with one description. Never changes; editing makes new
 /// sequences that share the blocks, and copies no samples until a sound has to lie in one piece.
 /// Made on the main thread; windows of it may be read on any thread while it lives.
-class VornWaveSequence : public WaveSequenceAccess {
+class VornWaveSequence : public WaveSequenceAccess,
+                         public std::enable_shared_from_this<VornWaveSequence> {
   public:
     using Blocks = std::vector<std::shared_ptr<VornWaveBlock>>;
     using Pointer = std::shared_ptr<VornWaveSequence>;
@@ -86,7 +87,7 @@ class VornWaveSequence : public WaveSequenceAccess {
     /// A sequence whose waves all live in `folder`: files are linked there, else copied. This very
     /// sequence when they do already. With a wave whose file has gone, or that never had one, the
     /// whole becomes one wave in memory; one that cannot be brought along stays where it is.
-    static Pointer remapIntoDocumentFolder(const Pointer& sequence, const std::string& folder);
+    Pointer remapIntoDocumentFolder(const std::string& folder) const;
 
     PropertyListValue dictionaryRepresentationUsingWavetable(LookupTable& wavetable) const;
 
