@@ -20,12 +20,19 @@ class VornWaveSequence : public WaveSequenceAccess,
     using Blocks = std::vector<std::shared_ptr<VornWaveBlock>>;
     using Pointer = std::shared_ptr<VornWaveSequence>;
 
-    static Pointer sequenceWithBlocks(Blocks blocks, const StreamDescription& description,
-                                      ExtractType extract);
-    static Pointer sequenceWithWave(std::shared_ptr<VornWave2> wave);
-    static Pointer sequenceWithBlock(std::shared_ptr<VornWaveBlock> block);
+    static Pointer initWithBlocks(Blocks blocks, const StreamDescription& description,
+                                  ExtractType extract);
+    static Pointer initWithBlock(std::shared_ptr<VornWaveBlock> block);
     /// No blocks.
-    static Pointer sequenceWithDescription(const StreamDescription& description);
+    static Pointer initWithDescription(const StreamDescription& description);
+    static Pointer sequenceWithBlocks(Blocks blocks, const StreamDescription& description,
+                                      ExtractType extract) {
+        return initWithBlocks(std::move(blocks), description, extract);
+    }
+    static Pointer sequenceWithBlock(std::shared_ptr<VornWaveBlock> block) {
+        return initWithBlock(std::move(block));
+    }
+    static Pointer sequenceWithWave(std::shared_ptr<VornWave2> wave);
     /// The other's blocks, all channels.
     static Pointer sequenceWithSourceSequence(const VornWaveSequence& source);
     /// Stereo from two mono sequences; where both are the channels of one stereo sound its blocks
