@@ -47,7 +47,7 @@ struct SoundDice : Dice {
     }
     /// Blocks of waves and of silence, sometimes one channel of them.
     Sound sequence() {
-        auto whole = VornWaveSequence::sequenceWithDescription(StreamDescription::float32(1));
+        auto whole = VornWaveSequence::initWithDescription(StreamDescription::float32(1));
         for (int i = below(5); i >= 0; --i) {
             const auto channels = std::uint32_t(1 + below(2)), frames = std::uint32_t(below(60000));
             std::vector<float> samples(frames * channels);

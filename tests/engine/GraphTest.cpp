@@ -166,7 +166,9 @@ TEST(Vornery, playsACallbackUnitThroughMixerAndHardware) {
     AudioDevices::use(device);
     Vornery& engine = Vornery::sharedInstance();
     Constant source(-1234);
-    engine.connect(source, engine.mixer());
+    VorniPodEQUnit before;
+    engine.connect(before, engine.mixer());
+    engine.connect(source, engine.mixer());  // takes its place
     engine.mixer().setInputBusCount(1);
     EXPECT_EQ(engine.mixer().inputBusCount(), 1u);
     engine.initialise();

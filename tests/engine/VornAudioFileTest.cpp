@@ -39,6 +39,12 @@ TEST(VornAudioFile, readsPacketsFromAnywhere) {
     std::uint32_t bytes = 4000;
     EXPECT_TRUE(file.ReadIntoBuffer(got.data(), &bytes));
     EXPECT_EQ(got, samples);
+    std::fill(got.begin(), got.end(), -1);
+    bytes = 6;  // part of a packet
+    EXPECT_TRUE(file.ReadIntoBuffer(got.data(), &bytes));
+    EXPECT_EQ(bytes, 6u);
+    EXPECT_EQ(got[2], 2);
+    EXPECT_EQ(got[3], -1);
     bytes = 8;
     EXPECT_EQ(file.readPackets(got.data(), 1000, &bytes, nullptr), 0u);
 }

@@ -193,13 +193,12 @@ class Edits {
         const bool flattens =
             std::ranges::any_of(waves, [](auto& wave) { return wave->fullPath().empty(); });
         const ScratchFolder there;
-        const auto moved = VornWaveSequence::remapIntoDocumentFolder(sound.sequence, there.path());
+        const auto moved = sound.sequence->remapIntoDocumentFolder(there.path());
         for (const auto& wave : moved->onDiskSourceList())
             ASSERT_EQ(wave->fullPath().starts_with(there.path().string()), !flattens);
         const bool mono = moved->audioDescription()->mChannelsPerFrame == 1;
         ASSERT_EQ(framesOf(*moved), flattens && mono ? meansOf(heard) : heard);
-        ASSERT_EQ(VornWaveSequence::remapIntoDocumentFolder(sound.sequence, m_folder.path()) ==
-                      sound.sequence,
+        ASSERT_EQ(sound.sequence->remapIntoDocumentFolder(m_folder.path()) == sound.sequence,
                   !flattens);
     }
 

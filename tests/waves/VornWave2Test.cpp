@@ -113,7 +113,12 @@ TEST(VornWave2, aWaveTakesOnlyItsOwnEntryAway) {
     database.registerWave(newer, "same");
     database.unregisterWaveForPath(older.get(), "same");
     EXPECT_EQ(database.lookupWaveForPath("same"), newer);
+    database.debugPrint();
+    EXPECT_TRUE(Log::lines().back().starts_with("same -> "));
     database.unregisterWaveForPath(newer.get(), "same");
+    EXPECT_EQ(database.lookupWaveForPath("same"), nullptr);
+    database.registerWave(newer, "same");
+    database.unregisterWaveForPath("same");
     EXPECT_EQ(database.lookupWaveForPath("same"), nullptr);
 }
 

@@ -179,16 +179,16 @@ TEST(VornWaveSequence, movingFilesNeverTouchesOthers) {
     const auto sequence = VornWaveSequence::sequenceWithWave(wave)->sequenceByAppendingSequence(
         *VornWaveSequence::sequenceWithWave(
             VornWave2::initWithContentsOfFile("a.wav", from.path() / "deep")));
-    const auto moved = VornWaveSequence::remapIntoDocumentFolder(sequence, to.path());
+    const auto moved = sequence->remapIntoDocumentFolder(to.path());
     EXPECT_EQ(std::filesystem::file_size(to.file("a.wav")), 4u);
     EXPECT_EQ(moved->blocks()[0]->waveOrNil()->filename(), "a 2.wav");
     EXPECT_EQ(moved->blocks()[1]->waveOrNil()->filename(), "a 3.wav");
     EXPECT_EQ(written(*moved, 2)[1], 2.f);
 
     const auto nowhere = to.file("missing");
-    EXPECT_EQ(VornWaveSequence::remapIntoDocumentFolder(sequence, nowhere), sequence);
+    EXPECT_EQ(sequence->remapIntoDocumentFolder(nowhere), sequence);
     std::filesystem::remove(from.file("a.wav"));
-    const auto flat = VornWaveSequence::remapIntoDocumentFolder(sequence, to.path());
+    const auto flat = sequence->remapIntoDocumentFolder(to.path());
     EXPECT_EQ(Log::lines().back(), "WriteInto[1] end");
     EXPECT_EQ(std::ranges::count(Log::lines(), "Flattening due to missing file entries"), 1);
     ASSERT_EQ(flat->blocks().size(), 1u);

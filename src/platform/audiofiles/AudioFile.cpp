@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <vector>
 
 #include "audiofiles/SoundReader.h"
 #include "audiofiles/WavOutput.h"
@@ -39,6 +40,17 @@ void describePackets(AudioStreamPacketDescription* descriptions, std::uint32_t c
                      std::uint32_t bytes) {
     for (std::uint32_t i = 0; i < count; ++i)
         descriptions[i] = {std::int64_t{i} * bytes, 0, bytes};
+}
+
+/// The first `bytes` bytes of packet `at`, which is longer; returns those read.
+std::uint32_t readStart(SoundReader& reader, std::uint64_t at, std::uint32_t bytes, void* into) {
+    if (bytes == 0)
+        return 0;
+    std::vector<std::byte> packet(reader.frameBytes());
+    if (reader.read(at, 1, packet.data()) == 0)
+        return 0;
+    std::memcpy(into, packet.data(), bytes);
+    return bytes;
 }
 
 template <typename File>
@@ -113,11 +125,18 @@ OSStatus AudioFileReadBytes(AudioFileID file, bool useCache, std::int64_t starti
         return file ? kAudioFileOperationNotSupportedError : kAudioFileNotOpenError;
     }
     const std::uint32_t size = file->reader->frameBytes();
-    const std::uint32_t wanted = *ioBytes / size;
-    std::uint32_t packets = wanted;
+    const std::uint32_t wanted = *ioBytes;
+    std::uint32_t packets = wanted / size;
     const OSStatus status = AudioFileReadPackets(file, useCache, ioBytes, nullptr,
                                                  startingByte / size, &packets, buffer);
-    return status == noErr && packets < wanted ? kAudioFileEndOfFileError : status;
+    if (status != noErr || packets < wanted / size)
+        return status == noErr ? kAudioFileEndOfFileError : status;
+    return guarded([&] {
+        *ioBytes +=
+            readStart(*file->reader, static_cast<std::uint64_t>(startingByte / size) + packets,
+                      wanted % size, static_cast<std::byte*>(buffer) + *ioBytes);
+        return *ioBytes < wanted ? kAudioFileEndOfFileError : noErr;
+    });
 }
 
 OSStatus AudioFileCreateWithURL(const std::string& path, std::uint32_t fileType,

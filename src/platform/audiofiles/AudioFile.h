@@ -88,15 +88,16 @@ OSStatus AudioFileReadPackets(AudioFileID file, bool useCache, std::uint32_t* ou
                               AudioStreamPacketDescription* descriptions,
                               std::int64_t startingPacket, std::uint32_t* ioPackets, void* buffer);
 
-/// Reads *ioBytes bytes of audio data from byte `startingByte`, both rounded down to whole packets;
+/// Reads *ioBytes bytes of audio data from byte `startingByte`, rounded down to a whole packet;
 /// *ioBytes becomes those read. kAudioFileEndOfFileError when there were fewer.
 OSStatus AudioFileReadBytes(AudioFileID file, bool useCache, std::int64_t startingByte,
                             std::uint32_t* ioBytes, void* buffer);
 
 /// Creates a file of type "WAVE" whose data is packed, interleaved 16-bit integers or 32-bit floats
-/// of one or two channels. It is a valid file of no frames at once. A file that is there already is
-/// erased with kAudioFileFlags_EraseFile, else refused (-48); its other names (hard links) keep
-/// what it held. On failure *file is null and what is there stays.
+/// of one or two channels (of one channel "not interleaved" is the same). It is a valid file of no
+/// frames at once. A file that is there already is erased with kAudioFileFlags_EraseFile, else
+/// refused (-48); its other names (hard links) keep what it held. On failure *file is null and what
+/// is there stays.
 OSStatus AudioFileCreateWithURL(const std::string& path, std::uint32_t fileType,
                                 const StreamDescription* format, std::uint32_t flags,
                                 AudioFileID* file);

@@ -19,6 +19,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// One channel has nothing to interleave, so either flag means the same.
+StreamDescription asInFile(StreamDescription format) {
+    if (format.mChannelsPerFrame == 1)
+        format.mFormatFlags &= ~kAudioFormatFlagIsNonInterleaved;
+    return format;
+}
+
 /// What a regular file's place does not allow: noErr when a file may be put there.
 OSStatus refusal(const std::string& path, bool erase) {
     struct stat info {};
@@ -43,8 +50,9 @@ std::string behindLinks(const std::string& path) {
 }  // namespace
 
 std::unique_ptr<WavOutput> WavOutput::create(const std::string& path,
-                                             const StreamDescription& format, bool erase,
+                                             const StreamDescription& stated, bool erase,
                                              OSStatus* status) {
+    const StreamDescription format = asInFile(stated);
     if (!WavHeader::supports(format)) {
         *status = kAudioFileUnsupportedDataFormatError;
         return nullptr;

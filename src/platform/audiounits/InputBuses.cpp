@@ -36,12 +36,15 @@ OSStatus InputBuses::setProperty(AudioUnitPropertyID property, AudioUnitElement 
         return connect(element, connection);
     }
     Table changed = table();
+    InputBus& bus = changed[element];
     OSStatus status = kAudioUnitErr_InvalidProperty;
-    if (property == kAudioUnitProperty_SetRenderCallback)
-        status = PropertyValue::read(data, size, changed[element].callback);
-    else if (property == kAudioUnitProperty_StreamFormat)
-        status = PropertyValue::read(data, size, changed[element].format);
-    if (status == noErr && !StreamConversion::supports(changed[element].format))
+    if (property == kAudioUnitProperty_SetRenderCallback) {
+        status = PropertyValue::read(data, size, bus.callback);
+        if (bus.callback.inputProc)
+            bus.connection = {};
+    } else if (property == kAudioUnitProperty_StreamFormat)
+        status = PropertyValue::read(data, size, bus.format);
+    if (status == noErr && !StreamConversion::supports(bus.format))
         status = kAudioUnitErr_FormatNotSupported;
     if (status == noErr)
         publish(std::move(changed));
@@ -57,6 +60,7 @@ OSStatus InputBuses::connect(AudioUnitElement element, const AudioUnitConnection
             connection.sourceOutputNumber, &changed[element].format, &size);
         if (status != noErr)
             return status;
+        changed[element].callback = {};
     }
     changed[element].connection = connection;
     publish(std::move(changed));

@@ -7,7 +7,8 @@
 
 #include "audiounits/AudioUnitTypes.h"
 
-/// What feeds one input bus of a component: a connection, else a render callback, in a format.
+/// What feeds one input bus of a component: a connection or a render callback, whichever was set
+/// last, in a format.
 struct InputBus {
     StreamDescription format = StreamDescription::sint16(1);
     AudioUnitConnection connection;

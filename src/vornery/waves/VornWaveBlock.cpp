@@ -21,10 +21,9 @@ std::uint32_t sumOf(std::uint32_t a, std::uint32_t b) {
 
 }  // namespace
 
-std::shared_ptr<VornWaveBlock> VornWaveBlock::blockWithWave(std::shared_ptr<VornWave2> wave,
-                                                            std::uint32_t start,
-                                                            std::uint32_t count) {
-    std::shared_ptr<VornWaveBlock> block(new VornWaveBlock);
+VornWaveBlock::Pointer VornWaveBlock::initWithWave(std::shared_ptr<VornWave2> wave,
+                                                   std::uint32_t start, std::uint32_t count) {
+    Pointer block(new VornWaveBlock);
     block->m_myAudioDescription = *wave->audioDescription();
     block->m_wave = std::move(wave);
     block->m_startIndex = start;
@@ -32,15 +31,15 @@ std::shared_ptr<VornWaveBlock> VornWaveBlock::blockWithWave(std::shared_ptr<Vorn
     return block;
 }
 
-std::shared_ptr<VornWaveBlock> VornWaveBlock::blockWithWave(std::shared_ptr<VornWave2> wave) {
+VornWaveBlock::Pointer VornWaveBlock::blockWithWave(std::shared_ptr<VornWave2> wave) {
     const std::uint32_t count = wave->sampleCount();
-    return blockWithWave(std::move(wave), 0, count);
+    return initWithWave(std::move(wave), 0, count);
 }
 
-std::shared_ptr<VornWaveBlock> VornWaveBlock::blockOfSilenceLength(std::uint32_t length,
-                                                                   std::uint32_t channels,
-                                                                   const std::string& folder) {
-    std::shared_ptr<VornWaveBlock> block(new VornWaveBlock);
+VornWaveBlock::Pointer VornWaveBlock::initWithSilenceOfLength(std::uint32_t length,
+                                                              std::uint32_t channels,
+                                                              const std::string& folder) {
+    Pointer block(new VornWaveBlock);
     block->m_frameCount = length;
     block->m_myAudioDescription = StreamDescription::float32(channels);
     block->m_silenceFolder = folder;
@@ -85,7 +84,7 @@ std::shared_ptr<WaveAccess> VornWaveBlock::sliceBlockFrom(std::uint32_t from,
     return slice(from, count);
 }
 
-std::shared_ptr<VornWaveBlock> VornWaveBlock::slice(std::uint32_t from, std::uint32_t count) const {
+VornWaveBlock::Pointer VornWaveBlock::slice(std::uint32_t from, std::uint32_t count) const {
     const std::uint32_t length = framesFrom(from, count, m_frameCount);
     return m_wave ? blockWithWave(m_wave, sumOf(m_startIndex, from), length)
                   : blockOfSilenceLength(length, m_myAudioDescription.mChannelsPerFrame,

@@ -18,16 +18,25 @@ enum class ExtractType : std::int32_t {
 /// changing is for the main thread.
 class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this<VornWaveBlock> {
   public:
+    using Pointer = std::shared_ptr<VornWaveBlock>;
+
     /// Nothing is checked: a span that leaves the wave is clamped when it is read.
-    static std::shared_ptr<VornWaveBlock> blockWithWave(std::shared_ptr<VornWave2> wave,
-                                                        std::uint32_t start, std::uint32_t count);
-    /// The whole wave.
-    static std::shared_ptr<VornWaveBlock> blockWithWave(std::shared_ptr<VornWave2> wave);
+    static Pointer initWithWave(std::shared_ptr<VornWave2> wave, std::uint32_t start,
+                                std::uint32_t count);
     /// Silence at 44100 Hz, 1 or 2 channels. `folder` is where it could be saved if it is ever
     /// given memory; may be empty.
-    static std::shared_ptr<VornWaveBlock> blockOfSilenceLength(std::uint32_t length,
-                                                               std::uint32_t channels,
-                                                               const std::string& folder);
+    static Pointer initWithSilenceOfLength(std::uint32_t length, std::uint32_t channels,
+                                           const std::string& folder);
+    static Pointer blockWithWave(std::shared_ptr<VornWave2> wave, std::uint32_t start,
+                                 std::uint32_t count) {
+        return initWithWave(std::move(wave), start, count);
+    }
+    /// The whole wave.
+    static Pointer blockWithWave(std::shared_ptr<VornWave2> wave);
+    static Pointer blockOfSilenceLength(std::uint32_t length, std::uint32_t channels,
+                                        const std::string& folder) {
+        return initWithSilenceOfLength(length, channels, folder);
+    }
 
     std::uint32_t sampleCount() const override { return m_frameCount; }
     std::uint32_t frameCount() const { return m_frameCount; }
@@ -58,7 +67,7 @@ class VornWaveBlock : public ContiguousWave, public std::enable_shared_from_this
     std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t from,
                                                std::uint32_t count) const override;
     /// The same slice as a block, and as a sequence of it.
-    std::shared_ptr<VornWaveBlock> slice(std::uint32_t from, std::uint32_t count) const;
+    Pointer slice(std::uint32_t from, std::uint32_t count) const;
     std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t from, std::uint32_t count) const;
     /// A new wave in memory with a copy in `channels` channels; no frames when there is no memory.
     std::shared_ptr<VornWave2> flattenInto(const std::string& folder, std::uint32_t channels) const;

@@ -34,6 +34,12 @@ std::shared_ptr<VornWave2> VornWaveDatabase::registerUnlessTaken(
     return wave;
 }
 
+void VornWaveDatabase::unregisterWaveForPath(const std::string& path) {
+    Log::line("Unregister %s", path.c_str());
+    std::lock_guard guard(m_mutex);
+    m_database.erase(path);
+}
+
 void VornWaveDatabase::unregisterWaveForPath(const VornWave2* wave, const std::string& path) {
     Log::line("Unregister %s", path.c_str());
     std::lock_guard guard(m_mutex);
@@ -49,22 +55,33 @@ std::shared_ptr<VornWave2> VornWaveDatabase::lookupWaveForPath(const std::string
     return found == m_database.end() ? nullptr : found->second.wave.lock();
 }
 
-std::vector<std::shared_ptr<VornWave2>> VornWaveDatabase::waves() {
-    std::vector<std::shared_ptr<VornWave2>> all;
+std::map<std::string, std::shared_ptr<VornWave2>> VornWaveDatabase::entries() {
+    std::map<std::string, std::shared_ptr<VornWave2>> living;
     std::lock_guard guard(m_mutex);
     for (const auto& [path, entry] : m_database)
         if (auto wave = entry.wave.lock())
-            all.push_back(std::move(wave));
+            living.emplace(path, std::move(wave));
+    return living;
+}
+
+std::vector<std::shared_ptr<VornWave2>> VornWaveDatabase::waves() {
+    std::vector<std::shared_ptr<VornWave2>> all;
+    for (auto& [path, wave] : entries())
+        all.push_back(wave);
     return all;
 }
 
 void VornWaveDatabase::debugPrint() {
-    for (const auto& wave : waves())
-        Log::line("%s -> %p", wave->fullPath().c_str(), static_cast<void*>(wave.get()));
+    for (const auto& [path, wave] : entries())
+        Log::line("%s -> %p", path.c_str(), static_cast<void*>(wave.get()));
 }
 
 void VornWaveDatabase::unmapWavesExcept(const std::set<std::string>& names) {
-    for (const auto& wave : waves())
-        Log::line("%s %p [%s]", names.contains(wave->filename()) ? "Keeping" : "Unmapping",
-                  static_cast<void*>(wave.get()), wave->filename().c_str());
+    for (const auto& wave : waves()) {
+        const bool kept = names.contains(wave->filename());
+        Log::line("%s %p [%s]", kept ? "Keeping" : "Unmapping", static_cast<void*>(wave.get()),
+                  wave->filename().c_str());
+        if (!kept)
+            wave->mapOut();
+    }
 }

@@ -20,6 +20,8 @@ class VornWaveDatabase {
     /// Registers `wave` unless another lives under that path; returns the one that holds it now.
     std::shared_ptr<VornWave2> registerUnlessTaken(const std::shared_ptr<VornWave2>& wave,
                                                    const std::string& path);
+    /// Takes the entry away, whosever it is.
+    void unregisterWaveForPath(const std::string& path);
     /// Takes the entry away if it is this wave's own. By identity: called while the wave goes.
     void unregisterWaveForPath(const VornWave2* wave, const std::string& path);
     /// Null when there is none.
@@ -28,7 +30,8 @@ class VornWaveDatabase {
 
     /// Logs every entry.
     void debugPrint();
-    /// Says for every wave whether its file name is among `names`. Waves stay as they are.
+    /// Says for every wave whether its file name is among `names`, and maps out those of others,
+    /// which leaves them as they are.
     void unmapWavesExcept(const std::set<std::string>& names);
 
   private:
@@ -37,6 +40,8 @@ class VornWaveDatabase {
         std::weak_ptr<VornWave2> wave;
     };
     VornWaveDatabase() = default;
+    /// Of the waves that live, by path.
+    std::map<std::string, std::shared_ptr<VornWave2>> entries();
 
     std::mutex m_mutex;
     std::map<std::string, Entry> m_database;

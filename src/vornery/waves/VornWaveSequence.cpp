@@ -14,25 +14,24 @@ VornWaveSequence::VornWaveSequence(Blocks blocks, const StreamDescription& descr
         m_ends.push_back(end += block->sampleCount());
 }
 
-VornWaveSequence::Pointer VornWaveSequence::sequenceWithBlocks(Blocks blocks,
-                                                               const StreamDescription& description,
-                                                               ExtractType extract) {
+VornWaveSequence::Pointer VornWaveSequence::initWithBlocks(Blocks blocks,
+                                                           const StreamDescription& description,
+                                                           ExtractType extract) {
     return Pointer(new VornWaveSequence(std::move(blocks), description, extract));
+}
+
+VornWaveSequence::Pointer VornWaveSequence::initWithBlock(std::shared_ptr<VornWaveBlock> block) {
+    const StreamDescription description = *block->audioDescription();
+    return initWithBlocks({std::move(block)}, description, ExtractType::all);
+}
+
+VornWaveSequence::Pointer VornWaveSequence::initWithDescription(
+    const StreamDescription& description) {
+    return initWithBlocks({}, description, ExtractType::all);
 }
 
 VornWaveSequence::Pointer VornWaveSequence::sequenceWithWave(std::shared_ptr<VornWave2> wave) {
     return sequenceWithBlock(VornWaveBlock::blockWithWave(std::move(wave)));
-}
-
-VornWaveSequence::Pointer VornWaveSequence::sequenceWithBlock(
-    std::shared_ptr<VornWaveBlock> block) {
-    const StreamDescription description = *block->audioDescription();
-    return sequenceWithBlocks({std::move(block)}, description, ExtractType::all);
-}
-
-VornWaveSequence::Pointer VornWaveSequence::sequenceWithDescription(
-    const StreamDescription& description) {
-    return sequenceWithBlocks({}, description, ExtractType::all);
 }
 
 VornWaveSequence::Pointer VornWaveSequence::sequenceWithSourceSequence(

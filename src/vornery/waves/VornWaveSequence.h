@@ -14,17 +14,25 @@
 /// One sound: blocks in playing order, with one description. Never changes; editing makes new
 /// sequences that share the blocks, and copies no samples until a sound has to lie in one piece.
 /// Made on the main thread; windows of it may be read on any thread while it lives.
-class VornWaveSequence : public WaveSequenceAccess {
+class VornWaveSequence : public WaveSequenceAccess,
+                         public std::enable_shared_from_this<VornWaveSequence> {
   public:
     using Blocks = std::vector<std::shared_ptr<VornWaveBlock>>;
     using Pointer = std::shared_ptr<VornWaveSequence>;
 
-    static Pointer sequenceWithBlocks(Blocks blocks, const StreamDescription& description,
-                                      ExtractType extract);
-    static Pointer sequenceWithWave(std::shared_ptr<VornWave2> wave);
-    static Pointer sequenceWithBlock(std::shared_ptr<VornWaveBlock> block);
+    static Pointer initWithBlocks(Blocks blocks, const StreamDescription& description,
+                                  ExtractType extract);
+    static Pointer initWithBlock(std::shared_ptr<VornWaveBlock> block);
     /// No blocks.
-    static Pointer sequenceWithDescription(const StreamDescription& description);
+    static Pointer initWithDescription(const StreamDescription& description);
+    static Pointer sequenceWithBlocks(Blocks blocks, const StreamDescription& description,
+                                      ExtractType extract) {
+        return initWithBlocks(std::move(blocks), description, extract);
+    }
+    static Pointer sequenceWithBlock(std::shared_ptr<VornWaveBlock> block) {
+        return initWithBlock(std::move(block));
+    }
+    static Pointer sequenceWithWave(std::shared_ptr<VornWave2> wave);
     /// The other's blocks, all channels.
     static Pointer sequenceWithSourceSequence(const VornWaveSequence& source);
     /// Stereo from two mono sequences; where both are the channels of one stereo sound its blocks
@@ -86,7 +94,7 @@ class VornWaveSequence : public WaveSequenceAccess {
     /// A sequence whose waves all live in `folder`: files are linked there, else copied. This very
     /// sequence when they do already. With a wave whose file has gone, or that never had one, the
     /// whole becomes one wave in memory; one that cannot be brought along stays where it is.
-    static Pointer remapIntoDocumentFolder(const Pointer& sequence, const std::string& folder);
+    Pointer remapIntoDocumentFolder(const std::string& folder) const;
 
     PropertyListValue dictionaryRepresentationUsingWavetable(LookupTable& wavetable) const;
 

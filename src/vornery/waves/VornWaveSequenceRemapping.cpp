@@ -61,27 +61,25 @@ Waves wavesOutside(const std::string& folder, const VornWaveSequence& sequence) 
 
 }  // namespace
 
-VornWaveSequence::Pointer VornWaveSequence::remapIntoDocumentFolder(const Pointer& sequence,
-                                                                    const std::string& folder) {
+VornWaveSequence::Pointer VornWaveSequence::remapIntoDocumentFolder(
+    const std::string& folder) const {
     std::map<std::shared_ptr<VornWave2>, std::shared_ptr<VornWave2>> moved;
-    for (const auto& wave : wavesOutside(folder, *sequence)) {
+    for (const auto& wave : wavesOutside(folder, *this)) {
         std::error_code ignored;
         if (!fs::exists(wave->fullPath(), ignored)) {
             Log::line("Flattening due to missing file entries");
-            return sequenceWithWave(
-                sequence->flattenInto(folder, sequence->m_myAudioDescription.mChannelsPerFrame));
+            return sequenceWithWave(flattenInto(folder, m_myAudioDescription.mChannelsPerFrame));
         }
         // A wave that cannot be brought along plays on from where it is.
         if (auto there = broughtInto(folder, *wave))
             moved[wave] = std::move(there);
     }
     if (moved.empty())
-        return sequence;
-    Blocks blocks = sequence->m_blocks;
+        return std::const_pointer_cast<VornWaveSequence>(shared_from_this());
+    Blocks blocks = m_blocks;
     for (auto& block : blocks)
         if (const auto found = moved.find(block->waveOrNil()); found != moved.end())
             block = VornWaveBlock::blockWithWave(found->second, block->startIndex(),
                                                  block->frameCount());
-    return sequenceWithBlocks(std::move(blocks), sequence->m_myAudioDescription,
-                              sequence->m_extractType);
+    return sequenceWithBlocks(std::move(blocks), m_myAudioDescription, m_extractType);
 }

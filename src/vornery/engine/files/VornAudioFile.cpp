@@ -21,6 +21,7 @@ VornAudioFile::~VornAudioFile() {
 }
 
 void VornAudioFile::dataFormat(StreamDescription* into) const {
+    *into = {};
     std::uint32_t size = sizeof(StreamDescription);
     Log::status(AudioFileGetProperty(m_file, kAudioFilePropertyDataFormat, &size, into));
 }

@@ -19,7 +19,7 @@ class VornAudioFile {
     /// Of opening the file (or of writing it): 0, or the first failing status of the service.
     OSStatus status() const { return m_status; }
 
-    /// `into` starts as the default and stays so when there is no file.
+    /// `into` becomes the default when there is no file.
     void dataFormat(StreamDescription* into) const;
     /// Packets that the file claims to hold; 0 when it does not say.
     std::uint64_t packetCount() const;

@@ -22,6 +22,7 @@ Vornery::Vornery()
 
 Vornery::~Vornery() {
     m_hardware->stop();
+    m_hardware.reset();  // before the mixer that it pulls
 }
 
 void Vornery::connect(VornUnit& a, std::int32_t elementA, VornUnit& b, std::int32_t elementB) {
