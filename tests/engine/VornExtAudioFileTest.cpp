@@ -26,7 +26,7 @@ OSStatus handOver(VornExtAudioFile& file, const std::vector<std::int16_t>& mono)
     const RenderScope render;
     const auto list = AudioBufferList::single(const_cast<std::int16_t*>(mono.data()), 1,
                                               static_cast<std::uint32_t>(mono.size() * 2));
-    return file.writeAsync(static_cast<std::uint32_t>(mono.size()), &list);
+    return file.writeAsync(&list, static_cast<std::uint32_t>(mono.size()));
 }
 
 /// Writes `planes` in pieces of 441 frames from the client format, separate buffers.
@@ -41,7 +41,7 @@ void writePlanes(const std::string& path, const StreamDescription& format, Strea
         AudioBufferList list{static_cast<std::uint32_t>(planes.size()), {}};
         for (std::size_t p = 0; p < planes.size(); ++p)
             list.mBuffers[p] = {1, 441 * 4, &planes[p][at]};
-        EXPECT_EQ(file.writeAsync(441, &list), noErr);
+        EXPECT_EQ(file.writeAsync(&list, 441), noErr);
     }
     EXPECT_EQ(file.close().problem, "");
 }

@@ -25,7 +25,7 @@ OSStatus PassthruRecordingUnit::render(void* unit, AudioUnitRenderActionFlags* f
         self.upstreamRenderFlags(flags, time, self.source()->sourceOutputNumber, frames, data));
     // Silence is written like all else: whoever flags it has written zeros.
     if (VornExtAudioFile* file = self.m_targetFile.load(std::memory_order_seq_cst)) {
-        Log::status(file->writeAsync(frames, data));
+        Log::status(file->writeAsync(data, frames));
         self.m_framesHandedOver.fetch_add(frames, std::memory_order_relaxed);
     }
     self.m_accessing.fetch_sub(1, std::memory_order_seq_cst);

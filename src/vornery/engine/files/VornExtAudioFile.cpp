@@ -33,10 +33,10 @@ void VornExtAudioFile::setClientFormat(const StreamDescription& format) {
 
 void VornExtAudioFile::primeAsyncWriting() {
     m_asyncPrimed = true;
-    keep(writeAsync(0, nullptr));
+    keep(writeAsync(nullptr, 0));
 }
 
-OSStatus VornExtAudioFile::writeAsync(std::uint32_t frames, const AudioBufferList* data) noexcept {
+OSStatus VornExtAudioFile::writeAsync(const AudioBufferList* data, std::uint32_t frames) noexcept {
     return ExtAudioFileWriteAsync(m_file, frames, data);
 }
 

@@ -28,7 +28,7 @@ class VornExtAudioFile {
     void primeAsyncWriting();
     /// [render] Hands over `frames` frames in the client format; never waits. What the ring has no
     /// room for is dropped and counted, which is no error.
-    OSStatus writeAsync(std::uint32_t frames, const AudioBufferList* data) noexcept;
+    OSStatus writeAsync(const AudioBufferList* data, std::uint32_t frames) noexcept;
 
     /// Writes what is still in the ring and completes the file, which is durable then. The last
     /// report. Nobody may be writing.
