@@ -1,5 +1,7 @@
 #include "parameters/Settings.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -154,8 +156,16 @@ std::string Settings::savedPreset(const Preset& preset, const std::string& name)
     std::string error = saved.wave ? "" : storeWaveOf(saved);
     if (error.empty())
         error = m_store.save(saved);
-    if (!error.empty())
+    const bool newWave = !preset.wave && saved.wave;
+    if (!error.empty()) {
+        if (newWave)
+            ::unlink(WaveChoice::dataFile(*saved.wave).c_str());
         return error;
+    }
+    if (newWave) {
+        m_instrument.waves().setCurrentWaveFilename(saved.wave);
+        m_unsaved.forget();
+    }
     setPickerTitle(saved.name);
     setCanDelete(true);
     unmodify();
@@ -170,20 +180,13 @@ std::string Settings::storeWaveOf(Preset& preset) {
     waves.settle();
     if (!waves.currentWave())
         return "";
-    if (const auto stored = waves.currentWaveFilename()) {  // by an attempt that failed after it
-        preset.wave = stored;
-        return "";
-    }
     const std::string wave =
         WaveChoice::findAvailableWaveName(PresetNames::fileNameFor(preset.name)) + ".wav";
     const std::string error =
         WaveChoice::storeWave(*waves.currentWave(), WaveChoice::dataFile(wave));
-    if (!error.empty())
-        return error;
-    waves.setCurrentWaveFilename(wave);
-    m_unsaved.forget();
-    preset.wave = wave;
-    return "";
+    if (error.empty())
+        preset.wave = wave;
+    return error;
 }
 
 std::string Settings::deleteCurrentPreset() {
