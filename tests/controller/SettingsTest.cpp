@@ -153,3 +153,13 @@ TEST_F(SettingsTest, keepASoundWithoutAFileUntilItHasAName) {
     EXPECT_EQ(run.settings.currentPreset()->wave, "Mine Audio.wav");
     EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Mine Audio.wav");
 }
+
+TEST_F(SettingsTest, aStartWithoutAnySoundHasTheDefaultOne) {
+    Preset edited;
+    edited.setNumber(grainSize, 0.25f);
+    UserDefaults(m_folder.file("defaults")).set("current-settings", edited.toPropertyList());
+    Run run(*this);
+    EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Sine Wave.wav");
+    EXPECT_EQ(m_instrument.parameter(grainSize), 0.25f);
+    EXPECT_TRUE(run.settings.isModified());
+}

@@ -201,14 +201,21 @@ std::string Settings::deleteCurrentPreset() {
 void Settings::restoreLastPreset() {
     m_restored = true;
     const auto title = m_defaults.string(kCurrentPreset);
-    const auto edited = m_defaults.dictionary(kCurrentSettings);
     const Preset* last = title ? m_store.find(*title) : nullptr;
     m_currentPreset = last ? std::optional(*last) : std::nullopt;
     if (last)
         setPickerTitle(last->name);
-    if (edited)
-        return restoreEdited(*edited);
-    if (last)
+    if (const auto edited = m_defaults.dictionary(kCurrentSettings))
+        restoreEdited(*edited);
+    else
+        restoreUnedited();
+    // An instrument that has just been started has no sound that a preset could keep.
+    if (!m_instrument.waves().currentWave() && !m_sounds.loading())
+        m_sounds.setWaveTo(WaveChoice::defaultSoundFile(), nullptr);
+}
+
+void Settings::restoreUnedited() {
+    if (m_currentPreset)
         updateSettingsFromPreset(*m_currentPreset);
     else
         pickSafePreset();

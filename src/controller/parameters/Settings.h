@@ -90,6 +90,7 @@ class Settings {
     void soundSettled(bool arrived);
     void takeArriving();
     Preset settingsToCome() const;
+    void restoreUnedited();
     void restoreEdited(const PropertyListValue::Dictionary& edited);
     void restoreUnsavedWave();
     std::string storeWaveOf(Preset& preset);
