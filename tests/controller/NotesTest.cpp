@@ -122,6 +122,10 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
         m_notes.midiNoteDown(outside, 100);
         m_notes.midiNoteUp(outside);
     }
+    for (const int outside : {-1, 88}) {
+        m_notes.tinkleIvory(outside);
+        m_notes.untinkleIvory(outside);
+    }
     m_notes.midiNoteDown(108, 1);
     m_notes.midiNoteDown(21, 0);
     m_notes.midiNoteUp(108);
@@ -133,6 +137,17 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
     EXPECT_EQ(screen.touched, 4);
     m_notes.removeDelegate(screen);
     m_notes.midiNoteDown(60, 1);
+}
+
+TEST_F(NotesTest, aVoiceWithoutAnEnvelopeIsFree) {
+    m_voices.envelopes[0].reset();
+    m_notes.tinkleIvory(48);
+    m_notes.tinkleIvory(50, 0.5f);
+    EXPECT_EQ(voiceOf(48), 0);
+    EXPECT_EQ(voiceOf(50), 0);
+    EXPECT_EQ(m_voices.synths[0]->note()->gain, 0.5f);
+    m_notes.releaseAll();
+    EXPECT_EQ(voiceOf(48), -1);
 }
 
 TEST_F(NotesTest, survivesKeyStormsWithoutStuckOrSharedVoices) {

@@ -47,6 +47,8 @@ void Notes::tellShown(int key, bool highlighted) {
 }
 
 void Notes::tinkleIvory(int key, float gain) {
+    if (!isKey(key))
+        return;
     tellTouched(true);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit != -1)
@@ -55,16 +57,20 @@ void Notes::tinkleIvory(int key, float gain) {
     m_pitches[voice] = m_noteFrequencies[static_cast<std::size_t>(key)];
     tune(voice);
     m_voices.synths[voice]->note()->gain = gain;
-    m_voices.envelopes[voice]->trigger();
+    if (const auto& envelope = m_voices.envelopes[voice])
+        envelope->trigger();
     unit = static_cast<std::int32_t>(voice);
     tellBegan(key, gain);
 }
 
 void Notes::untinkleIvory(int key) {
+    if (!isKey(key))
+        return;
     tellTouched(false);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit != -1) {
-        m_voices.envelopes[static_cast<std::size_t>(unit)]->untrigger();
+        if (const auto& envelope = m_voices.envelopes[static_cast<std::size_t>(unit)])
+            envelope->untrigger();
         unit = -1;
     }
     tellEnded(key);
