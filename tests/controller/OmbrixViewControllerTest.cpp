@@ -155,7 +155,7 @@ TEST_F(OmbrixViewControllerTest, everyDialGoesToItsUnitAndComesBackWithThePreset
     EXPECT_EQ(dial("adsrRelease").value(), 2.f) << "shown at the dial's end";
     dial("adsrAttack").tweak(0.25f);
     EXPECT_EQ(unit(ParameterId::adsrRelease), 5.f) << "and kept as it is";
-    for (const auto& envelope : controller().instrument().voices().envelopes)
+    for (const auto& envelope : controller().instrument().voices().voiceEnvelopes)
         EXPECT_EQ(envelope->settings(), (ADSRSettings{0.25f, 1.25f, 0.625f, 5.f}));
     dial("adsrRelease").tweak(1.f);
     dial("adsrRelease").doubleTapped();

@@ -168,7 +168,7 @@ void WaveChoice::choose(const std::shared_ptr<VornWave2>& wave) {
 void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
     m_settle = nullptr;
     m_currentWave = VornWaveSequence::sequenceWithWave(wave);
-    for (const auto& synth : m_voices.synths)
+    for (const auto& synth : m_voices.voiceSynths)
         synth->setWaveSource(wave);
 }
 
