@@ -279,9 +279,9 @@ int OmbrixViewController::hasPresetWithName(const std::string& name) {
     return m_presetScreens->hasPresetWithName(name);
 }
 
-void OmbrixViewController::presetController(PresetSaveController& panel, const Preset& savedPreset,
-                                            const std::string& as) {
-    m_presetScreens->presetController(panel, savedPreset, as);
+void OmbrixViewController::savedPreset(PresetSaveController& panel, const Preset& preset,
+                                       const std::string& as) {
+    m_presetScreens->savedPreset(panel, preset, as);
 }
 
 void OmbrixViewController::sendingToAudioCopy(const QString& path) {

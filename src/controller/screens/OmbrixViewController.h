@@ -117,8 +117,7 @@ class OmbrixViewController : public QObject,
     // As the screens of presets report back.
     void itemPicked(const QVariant& item, int index, const QString& forSource);
     int hasPresetWithName(const std::string& name);
-    void presetController(PresetSaveController& panel, const Preset& savedPreset,
-                          const std::string& as);
+    void savedPreset(PresetSaveController& panel, const Preset& preset, const std::string& as);
 
     /// Sounds become the sound in use (the last of them), presets and bundles are taken in and the
     /// last one is chosen.
