@@ -284,14 +284,14 @@ void OmbrixViewController::savedPreset(PresetSaveController& panel, const Preset
     m_presetScreens->savedPreset(panel, preset, as);
 }
 
-void OmbrixViewController::sendingToAudioCopy(const QString& path) {
+void OmbrixViewController::sendingToAudioCopy(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToAudioCopy(path);
 }
 
-void OmbrixViewController::sendingToOtherApp(const QString& path) {
+void OmbrixViewController::sendingToOtherApp(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToOtherApp(path);
 }
 
-void OmbrixViewController::sendingToDropbox(const QString& path) {
+void OmbrixViewController::sendingToDropbox(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToDropbox(path);
 }

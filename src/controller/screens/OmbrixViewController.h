@@ -161,9 +161,10 @@ class OmbrixViewController : public QObject,
     void settingsUpdated() override;
     void told(const std::string& line) override;
 
-    void sendingToAudioCopy(const QString& path) override;
-    void sendingToOtherApp(const QString& path) override;
-    void sendingToDropbox(const QString& path) override;
+    void sendingToAudioCopy(PerformanceCompleteController& controller,
+                            const QString& path) override;
+    void sendingToOtherApp(PerformanceCompleteController& controller, const QString& path) override;
+    void sendingToDropbox(PerformanceCompleteController& controller, const QString& path) override;
 
     UserDefaults m_defaults;
     std::unique_ptr<iPadTutorialManager> m_tutorial;
