@@ -31,7 +31,7 @@ class OmbrixViewControllerTest : public testing::Test {
     }
     void start(const QStringList& files = {}) {
         m_application.emplace();
-        m_application->applicationDidFinishLaunching(files);
+        m_application->didFinishLaunchingWithOptions(files);
         settle();
     }
     void end() {
@@ -113,7 +113,7 @@ TEST_F(OmbrixViewControllerTest, aSessionIsKeptAndACrashIsAskedAbout) {
     dial("grainSize").tweak(0.5f);
     end();
     m_application.emplace();
-    m_application->applicationDidFinishLaunching({});
+    m_application->didFinishLaunchingWithOptions({});
     end();
     start();
     EXPECT_EQ(unit(grainSize), 0.5f);
