@@ -24,8 +24,8 @@ bool change(T& value, const T& now) {
 
 VoicesState::VoicesState(Instrument& instrument)
     : m_instrument(instrument),
-      m_clipObserver(NotificationCentre::defaultCentre().addObserver(
-          kAudioClippedNotification, [this] { m_clipHeard = true; })) {
+      m_clipObserver(NotificationCentre::defaultCentre().addObserver(kAudioClippedNotification,
+                                                                     [this] { audioClipped(); })) {
     m_instrument.notes().addDelegate(*this);
 }
 
