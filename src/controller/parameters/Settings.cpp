@@ -162,10 +162,8 @@ std::string Settings::savedPreset(const Preset& preset, const std::string& name)
             ::unlink(WaveChoice::dataFile(*saved.wave).c_str());
         return error;
     }
-    if (newWave) {
-        m_instrument.waves().setCurrentWaveFilename(saved.wave);
-        m_unsaved.forget();
-    }
+    if (newWave)
+        named(*saved.wave);
     setPickerTitle(saved.name);
     setCanDelete(true);
     unmodify();
@@ -187,6 +185,14 @@ std::string Settings::storeWaveOf(Preset& preset) {
     if (error.empty())
         preset.wave = wave;
     return error;
+}
+
+/// The file of an earlier take is not that of a sound which has one of its own.
+void Settings::named(const std::string& wave) {
+    WaveChoice& waves = m_instrument.waves();
+    if (!waves.currentWaveFilename())
+        m_unsaved.forget();
+    waves.setCurrentWaveFilename(wave);
 }
 
 std::string Settings::deleteCurrentPreset() {

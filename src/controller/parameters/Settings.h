@@ -94,6 +94,7 @@ class Settings {
     void restoreEdited(const PropertyListValue::Dictionary& edited);
     void restoreUnsavedWave();
     std::string storeWaveOf(Preset& preset);
+    void named(const std::string& wave);
 
     Instrument& m_instrument;
     WaveLoading& m_sounds;
