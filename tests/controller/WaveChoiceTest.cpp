@@ -108,6 +108,7 @@ TEST_F(WaveChoiceTest, resolvesNamesInTheDataFolderFirst) {
               WaveChoice::dataFile("Square Wave.wav"));
     EXPECT_FALSE(WaveChoice::builtInSound(WaveChoice::dataFile("Square Wave.wav")));
     EXPECT_FALSE(WaveChoice::findWavePath("Nowhere.wav"));
+    EXPECT_FALSE(WaveChoice::findWavePath(*shipped)) << "a name, not a path";
 }
 
 TEST_F(WaveChoiceTest, generatesABuiltInWaveWhateverItsFileHolds) {
