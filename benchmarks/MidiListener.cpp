@@ -38,8 +38,8 @@ void NoteTimes::print(const char* what) {
 
 MidiListener::MidiListener(NotesDelegate& delegate) {
     for (unsigned i = 0; i < kVoiceCount; ++i) {
-        m_voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
-        m_voices.envelopes[i] = std::make_unique<ADSRShaper>();
+        m_voices.voiceSynths[i] = std::make_unique<GrainSynthesiser>(nullptr);
+        m_voices.voiceEnvelopes[i] = std::make_unique<ADSRShaper>();
     }
     m_notes.addDelegate(delegate);
     m_midi.setNotes(&m_notes);

@@ -43,7 +43,7 @@ int open(OmbrixAppDelegate& delegate, SessionSharing& desktop, const CommandLine
          double started) {
     const Signals signals;
     const std::string problem = line.device ? "" : AudioSetup::useKept(UserDefaults());
-    delegate.applicationDidFinishLaunching(line.files);
+    delegate.didFinishLaunchingWithOptions(line.files);
     OmbrixViewController& controller = *delegate.viewController();
     controller.sharing()->setDesktop(&desktop);
     if (!problem.empty())

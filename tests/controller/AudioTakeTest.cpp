@@ -78,7 +78,7 @@ class AudioTakeTest : public testing::Test, protected AudioTakeDelegate {
         EXPECT_THAT(watch.violations(), testing::IsEmpty());
     }
     std::vector<float> voice(std::size_t index) const {
-        const auto source = m_instrument.voices().synths[index]->waveSource();
+        const auto source = m_instrument.voices().voiceSynths[index]->waveSource();
         std::vector<float> samples(source ? source->sampleCount() : 0);
         if (source)
             source->write(source->sampleCount(), samples.data());

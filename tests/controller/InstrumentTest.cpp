@@ -183,7 +183,7 @@ TEST_F(InstrumentTest, answersWithThePresetThatItWasGiven) {
         }
         EXPECT_EQ(answer.syncSpeed, preset.syncSpeed);
         EXPECT_EQ(answer.grainMotion, preset.grainMotion);
-        for (const auto& envelope : m_instrument.voices().envelopes)
+        for (const auto& envelope : m_instrument.voices().voiceEnvelopes)
             EXPECT_EQ(envelope->settings().attackTime, preset.number(ParameterId::adsrAttack));
     }
     Preset silent;

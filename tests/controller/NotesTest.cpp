@@ -28,24 +28,24 @@ class NotesTest : public testing::Test {
   protected:
     NotesTest() {
         for (unsigned i = 0; i < kVoiceCount; ++i) {
-            m_voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
-            m_voices.envelopes[i] = std::make_unique<ADSRShaper>();
-            m_voices.envelopes[i]->setUpstreamUnit(*m_voices.synths[i]);
-            m_voices.envelopes[i]->setTriggerTarget(m_voices.synths[i].get());
-            m_voices.envelopes[i]->setSettings({0, 0, 1, 0.02f});
-            m_voices.synths[i]->note()->stopOnUntrigger = 2;
+            m_voices.voiceSynths[i] = std::make_unique<GrainSynthesiser>(nullptr);
+            m_voices.voiceEnvelopes[i] = std::make_unique<ADSRShaper>();
+            m_voices.voiceEnvelopes[i]->setUpstreamUnit(*m_voices.voiceSynths[i]);
+            m_voices.voiceEnvelopes[i]->setTriggerTarget(m_voices.voiceSynths[i].get());
+            m_voices.voiceEnvelopes[i]->setSettings({0, 0, 1, 0.02f});
+            m_voices.voiceSynths[i]->note()->stopOnUntrigger = 2;
         }
         Log::clear();
     }
 
-    int stage(std::size_t voice) const { return m_voices.envelopes[voice]->state().triggered; }
+    int stage(std::size_t voice) const { return m_voices.voiceEnvelopes[voice]->state().triggered; }
     int voiceOf(int key) const {
         return m_notes.triggeredNoteUnits()[static_cast<std::size_t>(key)];
     }
     void render(std::uint32_t frames) {
         const RenderScope scope;
         std::array<float, 1024> samples{};
-        for (const auto& envelope : m_voices.envelopes) {
+        for (const auto& envelope : m_voices.voiceEnvelopes) {
             auto list = AudioBufferList::single(samples.data(), 1, frames * 4);
             AudioUnitRenderActionFlags flags = 0;
             const AudioTimeStamp time;
@@ -77,7 +77,7 @@ TEST_F(NotesTest, aHeldKeyKeepsItsVoiceAndGain) {
     m_notes.tinkleIvory(48, 0.25f);
     m_notes.tinkleIvory(48, 1.f);
     EXPECT_EQ(voiceOf(48), 0);
-    EXPECT_EQ(m_voices.synths[0]->note()->gain, 0.25f);
+    EXPECT_EQ(m_voices.voiceSynths[0]->note()->gain, 0.25f);
     EXPECT_EQ(stage(1), 0);
     m_notes.untinkleIvory(48);
     m_notes.untinkleIvory(48);
@@ -116,11 +116,15 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
     m_notes.addDelegate(screen);
     m_notes.midiNoteDown(21, 127);
     EXPECT_EQ(voiceOf(0), 0);
-    EXPECT_EQ(m_voices.synths[0]->note()->frequency, 27.5f);
-    EXPECT_EQ(m_voices.synths[0]->note()->gain, 1.f);
+    EXPECT_EQ(m_voices.voiceSynths[0]->note()->frequency, 27.5f);
+    EXPECT_EQ(m_voices.voiceSynths[0]->note()->gain, 1.f);
     for (const std::uint8_t outside : std::initializer_list<std::uint8_t>{0, 20, 109, 255}) {
         m_notes.midiNoteDown(outside, 100);
         m_notes.midiNoteUp(outside);
+    }
+    for (const int outside : {-1, 88}) {
+        m_notes.tinkleIvory(outside);
+        m_notes.untinkleIvory(outside);
     }
     m_notes.midiNoteDown(108, 1);
     m_notes.midiNoteDown(21, 0);
@@ -133,6 +137,17 @@ TEST_F(NotesTest, midiReachesTheKeysAndNothingBeyondThem) {
     EXPECT_EQ(screen.touched, 4);
     m_notes.removeDelegate(screen);
     m_notes.midiNoteDown(60, 1);
+}
+
+TEST_F(NotesTest, aVoiceWithoutAnEnvelopeIsFree) {
+    m_voices.voiceEnvelopes[0].reset();
+    m_notes.tinkleIvory(48);
+    m_notes.tinkleIvory(50, 0.5f);
+    EXPECT_EQ(voiceOf(48), 0);
+    EXPECT_EQ(voiceOf(50), 0);
+    EXPECT_EQ(m_voices.voiceSynths[0]->note()->gain, 0.5f);
+    m_notes.releaseAll();
+    EXPECT_EQ(voiceOf(48), -1);
 }
 
 TEST_F(NotesTest, survivesKeyStormsWithoutStuckOrSharedVoices) {

@@ -31,7 +31,7 @@ class OmbrixViewControllerTest : public testing::Test {
     }
     void start(const QStringList& files = {}) {
         m_application.emplace();
-        m_application->applicationDidFinishLaunching(files);
+        m_application->didFinishLaunchingWithOptions(files);
         settle();
     }
     void end() {
@@ -113,7 +113,7 @@ TEST_F(OmbrixViewControllerTest, aSessionIsKeptAndACrashIsAskedAbout) {
     dial("grainSize").tweak(0.5f);
     end();
     m_application.emplace();
-    m_application->applicationDidFinishLaunching({});
+    m_application->didFinishLaunchingWithOptions({});
     end();
     start();
     EXPECT_EQ(unit(grainSize), 0.5f);
@@ -155,7 +155,7 @@ TEST_F(OmbrixViewControllerTest, everyDialGoesToItsUnitAndComesBackWithThePreset
     EXPECT_EQ(dial("adsrRelease").value(), 2.f) << "shown at the dial's end";
     dial("adsrAttack").tweak(0.25f);
     EXPECT_EQ(unit(ParameterId::adsrRelease), 5.f) << "and kept as it is";
-    for (const auto& envelope : controller().instrument().voices().envelopes)
+    for (const auto& envelope : controller().instrument().voices().voiceEnvelopes)
         EXPECT_EQ(envelope->settings(), (ADSRSettings{0.25f, 1.25f, 0.625f, 5.f}));
     dial("adsrRelease").tweak(1.f);
     dial("adsrRelease").doubleTapped();

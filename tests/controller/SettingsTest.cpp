@@ -129,6 +129,13 @@ TEST_F(SettingsTest, keepASoundWithoutAFileUntilItHasAName) {
     EXPECT_FALSE(m_instrument.waves().currentWaveFilename());
     EXPECT_EQ(m_instrument.waves().currentWave()->sampleCount(), 1000u);
     EXPECT_TRUE(run.settings.isModified());
+    const std::string lock = m_folder.file(".presets.lock");
+    std::filesystem::remove(lock);
+    std::filesystem::create_directory(lock);
+    EXPECT_NE(run.settings.savedPreset(run.settings.makePresetFromSettings(), "AC/DC"), "");
+    EXPECT_FALSE(std::filesystem::exists(m_folder.file("AC-DC Audio.wav")));
+    EXPECT_TRUE(std::filesystem::exists(run.unsaved.path()));
+    std::filesystem::remove(lock);
     EXPECT_EQ(run.settings.savedPreset(run.settings.makePresetFromSettings(), "AC/DC"), "");
     EXPECT_EQ(run.settings.currentPreset()->wave, "AC-DC Audio.wav");
     EXPECT_TRUE(std::filesystem::exists(m_folder.file("AC-DC Audio.wav")));
@@ -140,4 +147,19 @@ TEST_F(SettingsTest, keepASoundWithoutAFileUntilItHasAName) {
     run.settle();
     EXPECT_THAT(m_told, testing::ElementsAre(HasSubstr("\"AC-DC Audio.wav\" is not there")));
     EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Sine Wave.wav");
+
+    // A preset that names no sound gets what sounds, wherever that is from.
+    EXPECT_EQ(run.settings.savedPreset(Preset{}, "Mine"), "");
+    EXPECT_EQ(run.settings.currentPreset()->wave, "Mine Audio.wav");
+    EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Mine Audio.wav");
+}
+
+TEST_F(SettingsTest, aStartWithoutAnySoundHasTheDefaultOne) {
+    Preset edited;
+    edited.setNumber(grainSize, 0.25f);
+    UserDefaults(m_folder.file("defaults")).set("current-settings", edited.toPropertyList());
+    Run run(*this);
+    EXPECT_EQ(m_instrument.waves().currentWaveFilename(), "Sine Wave.wav");
+    EXPECT_EQ(m_instrument.parameter(grainSize), 0.25f);
+    EXPECT_TRUE(run.settings.isModified());
 }

@@ -38,9 +38,15 @@ class SharingTest : public testing::Test,
         QObject::connect(&m_sharing, &Sharing::arrived,
                          [this](const QStringList& paths) { m_arrived = paths; });
     }
-    void sendingToAudioCopy(const QString& path) override { m_sharing.sendToAudioCopy(path); }
-    void sendingToOtherApp(const QString& path) override { m_sharing.sendToOtherApp(path); }
-    void sendingToDropbox(const QString& path) override { m_sharing.sendToDropbox(path); }
+    void sendingToAudioCopy(PerformanceCompleteController&, const QString& path) override {
+        m_sharing.sendToAudioCopy(path);
+    }
+    void sendingToOtherApp(PerformanceCompleteController&, const QString& path) override {
+        m_sharing.sendToOtherApp(path);
+    }
+    void sendingToDropbox(PerformanceCompleteController&, const QString& path) override {
+        m_sharing.sendToDropbox(path);
+    }
     void copy(const QString& path) override { m_out.append("copy " + path); }
     Clipboard clipboard() const override { return m_clipboard; }
     void openIn(const QString& path, Failed) override { m_out.append("open " + path); }

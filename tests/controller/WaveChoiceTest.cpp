@@ -42,10 +42,10 @@ class WaveChoiceTest : public testing::Test {
   protected:
     WaveChoiceTest() {
         setenv("OMBRIX_DATA", m_folder.path().c_str(), 1);
-        for (auto& synth : m_voices.synths)
+        for (auto& synth : m_voices.voiceSynths)
             synth = std::make_unique<GrainSynthesiser>(nullptr);
     }
-    const GrainSynthesiser& lastVoice() const { return *m_voices.synths[11]; }
+    const GrainSynthesiser& lastVoice() const { return *m_voices.voiceSynths[11]; }
     static std::shared_ptr<VornWaveSequence> sound(const std::vector<float>& samples) {
         return VornWaveSequence::sequenceWithWave(VornWave2::initWithCopyOfData(
             samples.data(), static_cast<std::uint32_t>(samples.size()),
@@ -108,6 +108,7 @@ TEST_F(WaveChoiceTest, resolvesNamesInTheDataFolderFirst) {
               WaveChoice::dataFile("Square Wave.wav"));
     EXPECT_FALSE(WaveChoice::builtInSound(WaveChoice::dataFile("Square Wave.wav")));
     EXPECT_FALSE(WaveChoice::findWavePath("Nowhere.wav"));
+    EXPECT_FALSE(WaveChoice::findWavePath(*shipped)) << "a name, not a path";
 }
 
 TEST_F(WaveChoiceTest, generatesABuiltInWaveWhateverItsFileHolds) {
@@ -190,7 +191,7 @@ TEST_F(WaveChoiceTest, namesAndUsesARecording) {
     m_choice.useUnsaved(
         VornWave2::initWithCopyOfData(samples, 3, StreamDescription::float32(1), "Recording"));
     EXPECT_FALSE(m_choice.currentWaveFilename());
-    for (const auto& synth : m_voices.synths)
+    for (const auto& synth : m_voices.voiceSynths)
         EXPECT_EQ(synth->sampleCount(), 3u);
     EXPECT_EQ(m_choice.currentWave()->sampleCount(), 3u);
 }

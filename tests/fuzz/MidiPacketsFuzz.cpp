@@ -50,8 +50,8 @@ class Player final : public MidiNoteReceiver, public MidiControlTarget {
   public:
     Player() {
         for (unsigned i = 0; i < kVoiceCount; ++i) {
-            m_voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
-            m_voices.envelopes[i] = std::make_unique<ADSRShaper>();
+            m_voices.voiceSynths[i] = std::make_unique<GrainSynthesiser>(nullptr);
+            m_voices.voiceEnvelopes[i] = std::make_unique<ADSRShaper>();
         }
         m_controls.setNotes(&m_notes);
         m_controls.setTarget(this);
@@ -84,7 +84,7 @@ class Player final : public MidiNoteReceiver, public MidiControlTarget {
         }
         for (const auto unit : m_notes.triggeredNoteUnits())
             check(unit < 0);
-        for (const auto& synth : m_voices.synths) {
+        for (const auto& synth : m_voices.voiceSynths) {
             const float hertz = synth->note()->frequency;
             check(hertz == 440.f || std::ranges::count(m_notes.noteFrequencies(), hertz) == 1);
         }

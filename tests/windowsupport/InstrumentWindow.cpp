@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 InstrumentWindow::InstrumentWindow(QSize size) {
-    m_delegate.applicationDidFinishLaunching({});
+    m_delegate.didFinishLaunchingWithOptions({});
     m_window = std::make_unique<MainWindow>(controller());
     if (!m_window->window())
         throw std::runtime_error("there is no window");

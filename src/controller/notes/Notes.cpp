@@ -47,6 +47,8 @@ void Notes::tellShown(int key, bool highlighted) {
 }
 
 void Notes::tinkleIvory(int key, float gain) {
+    if (!isKey(key))
+        return;
     tellTouched(true);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit != -1)
@@ -54,24 +56,28 @@ void Notes::tinkleIvory(int key, float gain) {
     const unsigned voice = nextSynthUnitToUse();
     m_pitches[voice] = m_noteFrequencies[static_cast<std::size_t>(key)];
     tune(voice);
-    m_voices.synths[voice]->note()->gain = gain;
-    m_voices.envelopes[voice]->trigger();
+    m_voices.voiceSynths[voice]->note()->gain = gain;
+    if (const auto& envelope = m_voices.voiceEnvelopes[voice])
+        envelope->trigger();
     unit = static_cast<std::int32_t>(voice);
     tellBegan(key, gain);
 }
 
 void Notes::untinkleIvory(int key) {
+    if (!isKey(key))
+        return;
     tellTouched(false);
     std::int32_t& unit = m_triggeredNoteUnits[static_cast<std::size_t>(key)];
     if (unit != -1) {
-        m_voices.envelopes[static_cast<std::size_t>(unit)]->untrigger();
+        if (const auto& envelope = m_voices.voiceEnvelopes[static_cast<std::size_t>(unit)])
+            envelope->untrigger();
         unit = -1;
     }
     tellEnded(key);
 }
 
 void Notes::tune(unsigned voice) {
-    m_voices.synths[voice]->note()->frequency = m_pitches[voice] * m_pitchBend;
+    m_voices.voiceSynths[voice]->note()->frequency = m_pitches[voice] * m_pitchBend;
 }
 
 void Notes::setPitchBend(float ratio) {
@@ -112,7 +118,7 @@ void Notes::releaseAll() {
 
 unsigned Notes::nextSynthUnitToUse() {
     for (unsigned voice = 0; voice < kVoiceCount; ++voice) {
-        const auto& envelope = m_voices.envelopes[voice];
+        const auto& envelope = m_voices.voiceEnvelopes[voice];
         if (!envelope || envelope->state().triggered == kStageIdle)
             return voice;
     }
@@ -129,7 +135,7 @@ int Notes::oldestVoice(Choice choice, double now) const {
     double earliest = now;
     int found = -1;
     for (unsigned voice = 0; voice < kVoiceCount; ++voice) {
-        const auto& envelope = m_voices.envelopes[voice];
+        const auto& envelope = m_voices.voiceEnvelopes[voice];
         const ADSRState state = envelope ? envelope->state() : ADSRState{};
         if (choice == Choice::releasing && state.triggered != kStageReleasing)
             continue;
@@ -149,6 +155,6 @@ void Notes::stealVoice(unsigned voice) {
         Log::line("Force-untriggered [%d] %d", static_cast<int>(key), static_cast<int>(voice));
         m_triggeredNoteUnits[key] = -1;
     }
-    if (const auto& envelope = m_voices.envelopes[voice])
+    if (const auto& envelope = m_voices.voiceEnvelopes[voice])
         envelope->untrigger();
 }

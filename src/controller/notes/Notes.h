@@ -25,8 +25,9 @@ class NotesDelegate {
 };
 
 /// From keys to voices: 88 keys on twelve voices. A key is its index, 0 for the lowest (27.5 Hz,
-/// MIDI note 21) to 87. When all voices are busy the one whose release began from the oldest note
-/// is taken, and if none is releasing the one that sounds longest. [main]
+/// MIDI note 21) to 87; others are ignored. A voice without an envelope counts as free. When all
+/// voices are busy the one whose release began from the oldest note is taken, and if none is
+/// releasing the one that sounds longest. [main]
 class Notes {
   public:
     explicit Notes(Voices& voices);

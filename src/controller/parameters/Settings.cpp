@@ -1,5 +1,7 @@
 #include "parameters/Settings.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -154,8 +156,14 @@ std::string Settings::savedPreset(const Preset& preset, const std::string& name)
     std::string error = saved.wave ? "" : storeWaveOf(saved);
     if (error.empty())
         error = m_store.save(saved);
-    if (!error.empty())
+    const bool newWave = !preset.wave && saved.wave;
+    if (!error.empty()) {
+        if (newWave)
+            ::unlink(WaveChoice::dataFile(*saved.wave).c_str());
         return error;
+    }
+    if (newWave)
+        named(*saved.wave);
     setPickerTitle(saved.name);
     setCanDelete(true);
     unmodify();
@@ -170,20 +178,21 @@ std::string Settings::storeWaveOf(Preset& preset) {
     waves.settle();
     if (!waves.currentWave())
         return "";
-    if (const auto stored = waves.currentWaveFilename()) {  // by an attempt that failed after it
-        preset.wave = stored;
-        return "";
-    }
     const std::string wave =
         WaveChoice::findAvailableWaveName(PresetNames::fileNameFor(preset.name)) + ".wav";
     const std::string error =
         WaveChoice::storeWave(*waves.currentWave(), WaveChoice::dataFile(wave));
-    if (!error.empty())
-        return error;
+    if (error.empty())
+        preset.wave = wave;
+    return error;
+}
+
+/// The file of an earlier take is not that of a sound which has one of its own.
+void Settings::named(const std::string& wave) {
+    WaveChoice& waves = m_instrument.waves();
+    if (!waves.currentWaveFilename())
+        m_unsaved.forget();
     waves.setCurrentWaveFilename(wave);
-    m_unsaved.forget();
-    preset.wave = wave;
-    return "";
 }
 
 std::string Settings::deleteCurrentPreset() {
@@ -198,14 +207,21 @@ std::string Settings::deleteCurrentPreset() {
 void Settings::restoreLastPreset() {
     m_restored = true;
     const auto title = m_defaults.string(kCurrentPreset);
-    const auto edited = m_defaults.dictionary(kCurrentSettings);
     const Preset* last = title ? m_store.find(*title) : nullptr;
     m_currentPreset = last ? std::optional(*last) : std::nullopt;
     if (last)
         setPickerTitle(last->name);
-    if (edited)
-        return restoreEdited(*edited);
-    if (last)
+    if (const auto edited = m_defaults.dictionary(kCurrentSettings))
+        restoreEdited(*edited);
+    else
+        restoreUnedited();
+    // An instrument that has just been started has no sound that a preset could keep.
+    if (!m_instrument.waves().currentWave() && !m_sounds.loading())
+        m_sounds.setWaveTo(WaveChoice::defaultSoundFile(), nullptr);
+}
+
+void Settings::restoreUnedited() {
+    if (m_currentPreset)
         updateSettingsFromPreset(*m_currentPreset);
     else
         pickSafePreset();

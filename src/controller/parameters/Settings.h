@@ -90,9 +90,11 @@ class Settings {
     void soundSettled(bool arrived);
     void takeArriving();
     Preset settingsToCome() const;
+    void restoreUnedited();
     void restoreEdited(const PropertyListValue::Dictionary& edited);
     void restoreUnsavedWave();
     std::string storeWaveOf(Preset& preset);
+    void named(const std::string& wave);
 
     Instrument& m_instrument;
     WaveLoading& m_sounds;

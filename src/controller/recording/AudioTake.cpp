@@ -40,7 +40,7 @@ void AudioTake::waveRecordDown() {
     readyForAudioRecording(false);
     m_delegate->bubbleShown("  00:00  ");
     m_recordingAudioSince = Clock::monotonic();
-    m_timer = RunLoop::main().callEvery(1.0, [this] { tickAudioRecordingTime(); });
+    m_recordingAudioTimer = RunLoop::main().callEvery(1.0, [this] { tickAudioRecordingTime(); });
 }
 
 void AudioTake::readyForAudioRecording(bool atStart) {
@@ -79,8 +79,8 @@ void AudioTake::waveRecordUp() {
 }
 
 void AudioTake::dropTimer() {
-    RunLoop::main().cancel(m_timer);
-    m_timer = 0;
+    RunLoop::main().cancel(m_recordingAudioTimer);
+    m_recordingAudioTimer = 0;
 }
 
 std::uint32_t AudioTake::framesHeard() const {

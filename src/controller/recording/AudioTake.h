@@ -58,7 +58,7 @@ class AudioTake {
     void stopAudioRecording();
 
     /// Whether a take runs.
-    bool recording() const { return m_timer != 0; }
+    bool recording() const { return m_recordingAudioTimer != 0; }
     /// Frames that have come in so far, at 44100 Hz.
     std::uint32_t framesHeard() const;
     /// These frames, -32768 to 32767; more may follow behind them at any time. Valid until the take
@@ -81,7 +81,7 @@ class AudioTake {
     UnsavedTake* m_unsaved;
     AudioTakeDelegate* m_delegate;
     std::unique_ptr<RecordingAudioData> m_recordingAudioData;
-    double m_recordingAudioSince = 0;  // on Clock::monotonic
-    RunLoop::Token m_timer = 0;        // 0: none
+    double m_recordingAudioSince = 0;          // on Clock::monotonic
+    RunLoop::Token m_recordingAudioTimer = 0;  // 0: none
     float m_lastPeak = 0;
 };

@@ -1,6 +1,6 @@
 #include "screens/OmbrixAppDelegate.h"
 
-bool OmbrixAppDelegate::applicationDidFinishLaunching(const QStringList& files) {
+bool OmbrixAppDelegate::didFinishLaunchingWithOptions(const QStringList& files) {
     m_viewController->viewDidLoad();
     if (!files.isEmpty())
         handleOpenURL(files);

@@ -13,7 +13,7 @@ class OmbrixAppDelegate : public QObject {
     OmbrixViewController* viewController() { return m_viewController.get(); }
 
     /// Loads the view, then opens the files.
-    bool applicationDidFinishLaunching(const QStringList& files);
+    bool didFinishLaunchingWithOptions(const QStringList& files);
     bool handleOpenURL(const QStringList& files);
     void applicationWillResignActive() { m_viewController->willBackground(false); }
     void applicationDidBecomeActive() { m_viewController->willForeground(false); }

@@ -279,19 +279,19 @@ int OmbrixViewController::hasPresetWithName(const std::string& name) {
     return m_presetScreens->hasPresetWithName(name);
 }
 
-void OmbrixViewController::presetController(PresetSaveController& panel, const Preset& savedPreset,
-                                            const std::string& as) {
-    m_presetScreens->presetController(panel, savedPreset, as);
+void OmbrixViewController::savedPreset(PresetSaveController& panel, const Preset& preset,
+                                       const std::string& as) {
+    m_presetScreens->savedPreset(panel, preset, as);
 }
 
-void OmbrixViewController::sendingToAudioCopy(const QString& path) {
+void OmbrixViewController::sendingToAudioCopy(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToAudioCopy(path);
 }
 
-void OmbrixViewController::sendingToOtherApp(const QString& path) {
+void OmbrixViewController::sendingToOtherApp(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToOtherApp(path);
 }
 
-void OmbrixViewController::sendingToDropbox(const QString& path) {
+void OmbrixViewController::sendingToDropbox(PerformanceCompleteController&, const QString& path) {
     m_sharing->sendToDropbox(path);
 }

@@ -117,8 +117,7 @@ class OmbrixViewController : public QObject,
     // As the screens of presets report back.
     void itemPicked(const QVariant& item, int index, const QString& forSource);
     int hasPresetWithName(const std::string& name);
-    void presetController(PresetSaveController& panel, const Preset& savedPreset,
-                          const std::string& as);
+    void savedPreset(PresetSaveController& panel, const Preset& preset, const std::string& as);
 
     /// Sounds become the sound in use (the last of them), presets and bundles are taken in and the
     /// last one is chosen.
@@ -162,9 +161,10 @@ class OmbrixViewController : public QObject,
     void settingsUpdated() override;
     void told(const std::string& line) override;
 
-    void sendingToAudioCopy(const QString& path) override;
-    void sendingToOtherApp(const QString& path) override;
-    void sendingToDropbox(const QString& path) override;
+    void sendingToAudioCopy(PerformanceCompleteController& controller,
+                            const QString& path) override;
+    void sendingToOtherApp(PerformanceCompleteController& controller, const QString& path) override;
+    void sendingToDropbox(PerformanceCompleteController& controller, const QString& path) override;
 
     UserDefaults m_defaults;
     std::unique_ptr<iPadTutorialManager> m_tutorial;

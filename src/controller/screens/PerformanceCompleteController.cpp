@@ -26,9 +26,9 @@ QString PerformanceCompleteController::footer() const {
 
 void PerformanceCompleteController::choose(int row) {
     if (row == 0)
-        m_delegate.sendingToAudioCopy(m_localPath);
+        m_delegate.sendingToAudioCopy(*this, m_localPath);
     else if (row == 1)
-        m_delegate.sendingToOtherApp(m_localPath);
+        m_delegate.sendingToOtherApp(*this, m_localPath);
     else if (row == 2)
-        m_delegate.sendingToDropbox(m_localPath);
+        m_delegate.sendingToDropbox(*this, m_localPath);
 }

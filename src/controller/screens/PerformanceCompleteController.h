@@ -4,13 +4,18 @@
 #include <QString>
 #include <QStringList>
 
+class PerformanceCompleteController;
+
 /// Where a recording can be sent.
 class PerformanceCompleteDelegate {
   public:
     virtual ~PerformanceCompleteDelegate() = default;
-    virtual void sendingToAudioCopy(const QString& path) = 0;
-    virtual void sendingToOtherApp(const QString& path) = 0;
-    virtual void sendingToDropbox(const QString& path) = 0;
+    virtual void sendingToAudioCopy(PerformanceCompleteController& controller,
+                                    const QString& path) = 0;
+    virtual void sendingToOtherApp(PerformanceCompleteController& controller,
+                                   const QString& path) = 0;
+    virtual void sendingToDropbox(PerformanceCompleteController& controller,
+                                  const QString& path) = 0;
 };
 
 /// The screen after a performance was recorded. [main]

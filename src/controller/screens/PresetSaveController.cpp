@@ -33,7 +33,7 @@ void PresetSaveController::textChanged(const QString& text) {
 
 void PresetSaveController::performSave() {
     if (m_canSave)
-        m_delegate.presetController(*this, m_preset, m_presetName.toStdString());
+        m_delegate.savedPreset(*this, m_preset, m_presetName.toStdString());
 }
 
 void PresetSaveController::fail(const QString& reason) {

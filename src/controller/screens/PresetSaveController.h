@@ -14,8 +14,8 @@ class PresetSaveDelegate {
     virtual int hasPresetWithName(const std::string& name) = 0;
     /// Stores it under the name, which is as typed, and closes the panel; or tells the panel why it
     /// cannot.
-    virtual void presetController(PresetSaveController& panel, const Preset& savedPreset,
-                                  const std::string& as) = 0;
+    virtual void savedPreset(PresetSaveController& panel, const Preset& preset,
+                             const std::string& as) = 0;
 };
 
 /// The panel that gives the present settings a name. [main]

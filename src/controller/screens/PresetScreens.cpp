@@ -87,9 +87,9 @@ int PresetScreens::hasPresetWithName(const std::string& name) {
     return m_rooms.settings.hasPresetWithName(name);
 }
 
-void PresetScreens::presetController(PresetSaveController& panel, const Preset& savedPreset,
-                                     const std::string& as) {
-    const std::string fault = m_rooms.settings.savedPreset(savedPreset, as);
+void PresetScreens::savedPreset(PresetSaveController& panel, const Preset& preset,
+                                const std::string& as) {
+    const std::string fault = m_rooms.settings.savedPreset(preset, as);
     if (fault.empty())
         m_rooms.presentation.finish();
     else

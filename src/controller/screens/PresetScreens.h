@@ -38,8 +38,8 @@ class PresetScreens : public QObject, public ItemPickerDelegate, public PresetSa
     /// Of the sources "presetList" and "grainMode"; others are not ours.
     void itemPicked(const QVariant& item, int index, const QString& forSource) override;
     int hasPresetWithName(const std::string& name) override;
-    void presetController(PresetSaveController& panel, const Preset& savedPreset,
-                          const std::string& as) override;
+    void savedPreset(PresetSaveController& panel, const Preset& preset,
+                     const std::string& as) override;
 
   private:
     using Picker = std::unique_ptr<ItemPickerController>;

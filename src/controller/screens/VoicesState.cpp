@@ -24,8 +24,8 @@ bool change(T& value, const T& now) {
 
 VoicesState::VoicesState(Instrument& instrument)
     : m_instrument(instrument),
-      m_clipObserver(NotificationCentre::defaultCentre().addObserver(
-          kAudioClippedNotification, [this] { m_clipHeard = true; })) {
+      m_clipObserver(NotificationCentre::defaultCentre().addObserver(kAudioClippedNotification,
+                                                                     [this] { audioClipped(); })) {
     m_instrument.notes().addDelegate(*this);
 }
 
@@ -68,9 +68,9 @@ void VoicesState::rest() {
 QList<float> VoicesState::headsNow() const {
     QList<float> heads;
     for (unsigned i = 0; i < kVoiceCount; ++i) {
-        if (m_instrument.voices().envelopes[i]->state().triggered == 0)
+        if (m_instrument.voices().voiceEnvelopes[i]->state().triggered == 0)
             continue;
-        const GrainNoteData& note = *m_instrument.voices().synths[i]->note();
+        const GrainNoteData& note = *m_instrument.voices().voiceSynths[i]->note();
         heads.append({note.heads[0], note.heads[1]});
     }
     return heads;
@@ -79,7 +79,7 @@ QList<float> VoicesState::headsNow() const {
 void VoicesState::lookAtVoices() {
     QList<int> stages;
     for (unsigned i = 0; i < kVoiceCount; ++i)
-        stages.append(m_instrument.voices().envelopes[i]->state().triggered);
+        stages.append(m_instrument.voices().voiceEnvelopes[i]->state().triggered);
     if (change(m_stages, stages))
         Q_EMIT stagesChanged();
     if (change(m_heads, headsNow()))

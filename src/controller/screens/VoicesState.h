@@ -46,6 +46,8 @@ class VoicesState : public QObject, private NotesDelegate {
 
   private:
     void keyTouched(bool down) override;
+    /// [render] All that the observer of the notice does.
+    void audioClipped() { m_clipHeard = true; }
     void look();
     void lookAtVoices();
     void lookAtLevel();
@@ -61,7 +63,6 @@ class VoicesState : public QObject, private NotesDelegate {
     double m_clippedUntil = 0;     // on Clock::monotonic
     RunLoop::Token m_looking = 0;  // 0: nothing sounds
     RunLoop::Token m_soon = 0;     // a look at the next turn
-    // Set by the audio thread; all that the observer of its notice does.
     std::atomic<bool> m_clipHeard{false};
     NotificationCentre::Token m_clipObserver;
 };

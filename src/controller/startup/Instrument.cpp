@@ -64,8 +64,8 @@ void Instrument::initialiseAudio(bool automaticGain) {
 }
 
 void Instrument::makeVoice(unsigned index) {
-    auto& synth = m_voices.synths[index] = std::make_unique<GrainSynthesiser>(nullptr);
-    auto& envelope = m_voices.envelopes[index] = std::make_unique<ADSRShaper>();
+    auto& synth = m_voices.voiceSynths[index] = std::make_unique<GrainSynthesiser>(nullptr);
+    auto& envelope = m_voices.voiceEnvelopes[index] = std::make_unique<ADSRShaper>();
     synth->note()->frequency = kFirstPitch;
     m_engine.connect(*synth, *envelope);
     m_engine.connect(*envelope, 0, m_floatMixer, static_cast<std::int32_t>(index));
@@ -123,21 +123,21 @@ void Instrument::setNumbers(const Preset& preset, bool ofVoices) {
 }
 
 bool Instrument::keysSound() const {
-    return std::ranges::any_of(m_voices.envelopes, [](const auto& envelope) {
+    return std::ranges::any_of(m_voices.voiceEnvelopes, [](const auto& envelope) {
         return envelope->state().triggered == kStageHeld;
     });
 }
 
 void Instrument::silence() {
     m_notes.releaseAll();
-    for (const auto& envelope : m_voices.envelopes)
+    for (const auto& envelope : m_voices.voiceEnvelopes)
         envelope->untriggerFinished();
     m_resonanceUnit.silence();
     m_delayUnit.silence();
 }
 
 float Instrument::parameter(ParameterId id) const {
-    const GrainNoteData& note = *m_voices.synths[0]->note();
+    const GrainNoteData& note = *m_voices.voiceSynths[0]->note();
     switch (id) {
         case ParameterId::grainSpeed:
             return note.grainSpeed;
@@ -170,7 +170,7 @@ float Instrument::parameter(ParameterId id) const {
 
 void Instrument::setParameter(ParameterId id, float stored) {
     const auto eachSynth = [&](auto setter) {
-        for (const auto& synth : m_voices.synths)
+        for (const auto& synth : m_voices.voiceSynths)
             (synth.get()->*setter)(stored);
     };
     switch (id) {
@@ -206,13 +206,13 @@ void Instrument::setParameter(ParameterId id, float stored) {
 }
 
 ADSRSettings Instrument::envelope() const {
-    return m_settling ? m_envelope : m_voices.envelopes[0]->settings();
+    return m_settling ? m_envelope : m_voices.voiceEnvelopes[0]->settings();
 }
 
 // A render puts back the settings that it began with: what it undoes is written again.
 void Instrument::setEnvelopes(const ADSRSettings& settings) {
     m_envelope = settings;
-    for (const auto& envelope : m_voices.envelopes)
+    for (const auto& envelope : m_voices.voiceEnvelopes)
         envelope->setSettings(settings);
     RunLoop::main().cancel(m_settling);
     m_settling = RunLoop::main().callAfter(kSettleSeconds, [this] { settleEnvelopes(); });
@@ -221,24 +221,24 @@ void Instrument::setEnvelopes(const ADSRSettings& settings) {
 void Instrument::settleEnvelopes() {
     m_settling = 0;
     const auto holds = [this](const auto& envelope) { return envelope->settings() == m_envelope; };
-    if (!std::ranges::all_of(m_voices.envelopes, holds))
+    if (!std::ranges::all_of(m_voices.voiceEnvelopes, holds))
         setEnvelopes(m_envelope);
 }
 
 bool Instrument::syncSpeed() const {
-    return m_voices.synths[0]->syncSpeed();
+    return m_voices.voiceSynths[0]->syncSpeed();
 }
 
 void Instrument::setSyncSpeed(bool on) {
-    for (const auto& synth : m_voices.synths)
+    for (const auto& synth : m_voices.voiceSynths)
         synth->setSyncSpeed(on);
 }
 
 int Instrument::grainMode() const {
-    return m_voices.synths[0]->note()->grainMode;
+    return m_voices.voiceSynths[0]->note()->grainMode;
 }
 
 void Instrument::setGrainMode(int mode) {
-    for (const auto& synth : m_voices.synths)
+    for (const auto& synth : m_voices.voiceSynths)
         synth->note()->grainMode = mode;
 }

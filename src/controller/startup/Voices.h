@@ -8,9 +8,9 @@
 
 inline constexpr unsigned kVoiceCount = 12;
 
-/// The twelve voices: voice i is the pair synths[i], envelopes[i]. Triggering an envelope triggers
-/// its synthesiser, so only envelopes are triggered and released.
+/// The twelve voices: voice i is the pair voiceSynths[i], voiceEnvelopes[i]. Triggering an envelope
+/// triggers its synthesiser, so only envelopes are triggered and released.
 struct Voices {
-    std::array<std::unique_ptr<GrainSynthesiser>, kVoiceCount> synths;
-    std::array<std::unique_ptr<ADSRShaper>, kVoiceCount> envelopes;
+    std::array<std::unique_ptr<GrainSynthesiser>, kVoiceCount> voiceSynths;
+    std::array<std::unique_ptr<ADSRShaper>, kVoiceCount> voiceEnvelopes;
 };

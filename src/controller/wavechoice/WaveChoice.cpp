@@ -21,6 +21,11 @@ bool fileExists(const fs::path& path) {
     return fs::exists(path, ignored);
 }
 
+/// In the folder, also where the name begins like a path from the root.
+fs::path fileIn(const fs::path& folder, const std::string& name) {
+    return folder / fs::path(name).relative_path();
+}
+
 bool startsWith(const std::string& text, const char* prefix) {
     return text.rfind(prefix, 0) == 0;
 }
@@ -54,7 +59,7 @@ std::string WaveChoice::dataFile(const std::string& name) {
         Log::line("Documents directory not found!");
         stopProgram("Documents directory not found!", __func__, __FILE__, __LINE__);
     }
-    return (*folder / name).string();
+    return fileIn(*folder, name).string();
 }
 
 std::string WaveChoice::defaultSoundFile() {
@@ -62,7 +67,7 @@ std::string WaveChoice::defaultSoundFile() {
 }
 
 std::optional<std::string> WaveChoice::resource(const std::string& filename) {
-    const fs::path path = Folders::resources() / filename;
+    const fs::path path = fileIn(Folders::resources(), filename);
     return fileExists(path) ? std::optional(path.string()) : std::nullopt;
 }
 
@@ -168,7 +173,7 @@ void WaveChoice::choose(const std::shared_ptr<VornWave2>& wave) {
 void WaveChoice::giveToVoices(const std::shared_ptr<VornWave2>& wave) {
     m_settle = nullptr;
     m_currentWave = VornWaveSequence::sequenceWithWave(wave);
-    for (const auto& synth : m_voices.synths)
+    for (const auto& synth : m_voices.voiceSynths)
         synth->setWaveSource(wave);
 }
 

@@ -30,8 +30,8 @@ class JackMidiTest : public testing::Test, NotesDelegate {
   protected:
     JackMidiTest() {
         for (unsigned i = 0; i < kVoiceCount; ++i) {
-            m_voices.synths[i] = std::make_unique<GrainSynthesiser>(nullptr);
-            m_voices.envelopes[i] = std::make_unique<ADSRShaper>();
+            m_voices.voiceSynths[i] = std::make_unique<GrainSynthesiser>(nullptr);
+            m_voices.voiceEnvelopes[i] = std::make_unique<ADSRShaper>();
         }
         m_notes.addDelegate(*this);
         m_midi.setNotes(&m_notes);

@@ -67,7 +67,7 @@ class MidiControlsTest : public testing::Test {
     GrainNoteData& voiceOf(int note) {
         const auto key = static_cast<std::size_t>(note - kLowestMidiNote);
         const auto voice = m_instrument->notes().triggeredNoteUnits().at(key);
-        return *m_instrument->voices().synths.at(static_cast<std::size_t>(voice))->note();
+        return *m_instrument->voices().voiceSynths.at(static_cast<std::size_t>(voice))->note();
     }
     float unit(ParameterId id) { return m_instrument->parameter(id); }
     MidiControls& controls() { return m_midi->controls(); }
