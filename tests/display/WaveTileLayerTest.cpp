@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "Dice.h"
 #include "DisplayClock.h"
 #include "OneFrameFurther.h"
 #include "TileModel.h"
