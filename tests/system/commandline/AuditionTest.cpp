@@ -5,6 +5,7 @@
 #include <span>
 
 #include "CommandLine.h"
+#include "SoundFiles.h"
 #include "Sounds.h"
 
 using testing::HasSubstr;
@@ -66,12 +67,11 @@ TEST_F(AuditionCommand, loopsWithoutAGap) {
 }
 
 TEST_F(AuditionCommand, hearsBothChannelsOfAStereoFile) {
-    sounds::Wav stereo;
-    stereo.channels = 2;
     const std::string mono = sounds::tone(kFrames).substr(44);
+    std::string stereo;
     for (std::size_t i = 0; i < mono.size(); i += 2)
-        stereo.data += mono.substr(i, 2) + std::string(2, '\0');
-    put("stereo.wav", sounds::bytesOf(stereo));
+        stereo += mono.substr(i, 2) + std::string(2, '\0');
+    put("stereo.wav", SoundFiles::wav({.channels = 2}, stereo));
     const Samples mean = audition("stereo.wav");
     ASSERT_EQ(mean.size(), m_tone.size());
     for (std::size_t i = 0; i < mean.size(); ++i)

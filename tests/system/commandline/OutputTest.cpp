@@ -9,7 +9,6 @@
 
 #include "CommandLine.h"
 #include "SmallDisk.h"
-#include "Songs.h"
 
 using testing::AnyOf;
 using testing::HasSubstr;

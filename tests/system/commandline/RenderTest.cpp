@@ -5,7 +5,6 @@
 #include <filesystem>
 
 #include "CommandLine.h"
-#include "Songs.h"
 #include "Sounds.h"
 
 using testing::HasSubstr;
