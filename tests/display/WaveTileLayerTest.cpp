@@ -7,6 +7,7 @@
 
 #include "Dice.h"
 #include "DisplayClock.h"
+#include "HeldSound.h"
 #include "OneFrameFurther.h"
 #include "TileModel.h"
 #include "VornWave2.h"

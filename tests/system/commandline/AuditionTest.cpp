@@ -27,7 +27,7 @@ class AuditionCommand : public CommandLine {
         const Outcome outcome = run(words);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
         EXPECT_EQ(outcome.err, "");
-        return sounds::rendered(contents(path("out.wav"))).value_or(Samples{});
+        return sounds::rendered(contentsOf(path("out.wav"))).value_or(Samples{});
     }
 
     const Samples m_tone = *sounds::rendered(sounds::tone(kFrames));
@@ -129,7 +129,7 @@ TEST_F(AuditionCommand, refusesWhatItCannotPlay) {
     }
     put("out.wav", "precious");
     EXPECT_THAT(run({"audition", "tone.wav", "--output", "out.wav"}).err, HasSubstr("--force"));
-    EXPECT_EQ(contents(path("out.wav")), "precious");
+    EXPECT_EQ(contentsOf(path("out.wav")), "precious");
 }
 
 TEST_F(AuditionCommand, endsByItselfWithTheSound) {

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "Sounds.h"
 
@@ -34,11 +33,6 @@ std::string CommandLine::put(const std::string& name, const std::string& bytes) 
     return path(name);
 }
 
-std::string CommandLine::contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 std::set<std::string> CommandLine::folder() const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(m_surroundings.folder))
@@ -62,7 +56,7 @@ std::vector<std::int16_t> CommandLine::sound(const Program::Words& more) const {
     words.insert(words.end(), more.begin(), more.end());
     const Outcome outcome = render(words);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    const auto samples = sounds::rendered(contents(path("out.wav")));
+    const auto samples = sounds::rendered(contentsOf(path("out.wav")));
     EXPECT_TRUE(samples);
     return samples.value_or(std::vector<std::int16_t>{});
 }

@@ -36,7 +36,7 @@ TEST_F(CommandLine, playsWhatIsThereOfASoundThatEndsEarly) {
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.err, IsOneLine());
     EXPECT_THAT(outcome.err, HasSubstr("short.wav"));
-    const auto samples = sounds::rendered(contents(path("out.wav")));
+    const auto samples = sounds::rendered(contentsOf(path("out.wav")));
     ASSERT_TRUE(samples);
     EXPECT_GT(*std::max_element(samples->begin(), samples->end()), 1000);
 }
