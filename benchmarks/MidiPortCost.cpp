@@ -14,7 +14,7 @@
 #include <cstring>
 #include <thread>
 
-#include "../tests/controller/midi/StormClient.h"
+#include "../tests/storm/StormClient.h"
 #include "MidiListener.h"
 
 namespace {

@@ -36,6 +36,13 @@ void Process::signal(int number) {
         ::kill(m_pid, number);
 }
 
+bool Process::running() {
+    int status = 0;
+    if (m_pid > 0 && waitpid(m_pid, &status, WNOHANG) == m_pid)
+        m_pid = -1;
+    return m_pid > 0;
+}
+
 void Process::terminate() {
     signal(SIGTERM);
     wait();

@@ -16,6 +16,8 @@ class Process {
 
     pid_t id() const { return m_pid; }
     void signal(int number);
+    /// Whether it has not ended by itself.
+    bool running();
     /// Asks it to end (SIGTERM) and waits.
     void terminate();
     /// Ends it at once (SIGKILL).

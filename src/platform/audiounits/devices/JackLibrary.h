@@ -13,6 +13,7 @@
     FUNCTION(jack_deactivate)                     \
     FUNCTION(jack_free)                           \
     FUNCTION(jack_get_buffer_size)                \
+    FUNCTION(jack_get_client_name)                \
     FUNCTION(jack_get_ports)                      \
     FUNCTION(jack_get_sample_rate)                \
     FUNCTION(jack_is_realtime)                    \
@@ -23,6 +24,7 @@
     FUNCTION(jack_on_info_shutdown)               \
     FUNCTION(jack_port_by_id)                     \
     FUNCTION(jack_port_by_name)                   \
+    FUNCTION(jack_port_disconnect)                \
     FUNCTION(jack_port_flags)                     \
     FUNCTION(jack_port_get_aliases)               \
     FUNCTION(jack_port_get_buffer)                \
@@ -31,7 +33,6 @@
     FUNCTION(jack_port_name)                      \
     FUNCTION(jack_port_name_size)                 \
     FUNCTION(jack_port_register)                  \
-    FUNCTION(jack_port_unregister)                \
     FUNCTION(jack_set_buffer_size_callback)       \
     FUNCTION(jack_set_error_function)             \
     FUNCTION(jack_set_info_function)              \

@@ -5,6 +5,7 @@
 #include "audiounits/devices/JackCycle.h"
 #include "log/Log.h"
 #include "midi/MidiPacketList.h"
+#include "midi/backends/JackPortList.h"
 
 namespace {
 
@@ -20,15 +21,9 @@ constexpr milliseconds kStopPatience{600};
 constexpr int kSilentLooks = 4;  // kTick apart, without a cycle, before a server counts as dead
 constexpr const char* kOwnName = "ombrix-midi";
 
-MIDITimeStamp now() {
-    const auto time = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<MIDITimeStamp>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
-}
-
 }  // namespace
 
-JackMidi::JackMidi() : m_jack(JackLibrary::get()) {
+JackMidi::JackMidi() : m_jack(JackLibrary::get()), m_ports(m_jack) {
     sem_init(&m_heard, 0, 0);
 }
 
@@ -246,10 +241,11 @@ void JackMidi::take(jack_client_t* client, bool own) {
 /// All ports go, those of others too as far as anyone is told. Closing our own client is right
 /// whether the server lives or not; the other one is its owner's.
 void JackMidi::letGo(bool serverLives) {
-    for (std::size_t slot = 0; slot < kMostLanes; ++slot)
-        dissolve(slot, serverLives && !m_own);
+    jack_client_t* const stays = serverLives && !m_own ? m_client : nullptr;
+    if (m_ports.removeIf(stays, [](const LanePointer&) { return true; }))
+        sem_post(&m_heard);
     m_cycleClient = nullptr;
-    waitForCycle();
+    m_ports.forget();
     if (m_client && m_own)
         m_jack->jack_client_close(m_client);
     m_client = nullptr;
@@ -260,9 +256,7 @@ void JackMidi::letGo(bool serverLives) {
 }
 
 std::vector<MidiBackendPort> JackMidi::listPorts() {
-    std::vector<MidiBackendPort> ports;
-    addPorts(ports, JackPortIsOutput);
-    addPorts(ports, JackPortIsInput);
+    auto ports = listJackMidiPorts(*m_jack, m_client);
     std::lock_guard guard(m_mutex);
     std::erase_if(m_instances, [&](const auto& known) {
         return std::ranges::find(ports, known.first, &MidiBackendPort::key) == ports.end();
@@ -272,104 +266,23 @@ std::vector<MidiBackendPort> JackMidi::listPorts() {
     return ports;
 }
 
-void JackMidi::addPorts(std::vector<MidiBackendPort>& ports, unsigned long flags) {
-    const char** const names =
-        m_jack->jack_get_ports(m_client, nullptr, JACK_DEFAULT_MIDI_TYPE, flags);
-    for (const char** name = names; name && *name; ++name) {
-        jack_port_t* const port = m_jack->jack_port_by_name(m_client, *name);
-        if (!port || m_jack->jack_port_is_mine(m_client, port))
-            continue;
-        const std::string key = *name;
-        ports.push_back({key, 0, displayName(port, *name), flags == JackPortIsOutput,
-                         MIDIProperties{{kMIDIPropertyDisplayName, key.substr(0, key.find(':'))}}});
-    }
-    m_jack->jack_free(names);
-}
-
-/// Of hardware the alias says what it is.
-std::string JackMidi::displayName(jack_port_t* port, const char* name) const {
-    std::vector<char> first(static_cast<std::size_t>(m_jack->jack_port_name_size()));
-    std::vector<char> second(first.size());
-    char* const aliases[2] = {first.data(), second.data()};
-    if ((m_jack->jack_port_flags(port) & JackPortIsPhysical) &&
-        m_jack->jack_port_get_aliases(port, aliases) > 0)
-        return first.data();
-    return name;
-}
-
 /// Makes ports and connections what is wanted.
 void JackMidi::settle() {
     const auto wanted = lanes();
-    for (std::size_t slot = 0; slot < kMostLanes; ++slot) {
-        if (m_built[slot] && std::ranges::find(wanted, m_built[slot]) == wanted.end())
-            dissolve(slot, true);
-    }
-    for (const LanePointer& lane : wanted) {
-        if (m_client && std::ranges::find(m_built, lane) == m_built.end())
-            build(lane);
-    }
-}
-
-void JackMidi::build(const LanePointer& lane) {
-    const auto place = std::ranges::find(m_built, nullptr);
-    const MidiBackend::Lane& wanted = lane->wanted();
-    if (place == m_built.end())
-        return;
-    const auto slot = static_cast<std::size_t>(place - m_built.begin());
-    const std::string name =
-        wanted.key.empty() ? wanted.name
-                           : (wanted.toUs ? "midi_in_" : "midi_out_") + std::to_string(slot + 1);
-    jack_port_t* const port =
-        m_jack->jack_port_register(m_client, name.c_str(), JACK_DEFAULT_MIDI_TYPE,
-                                   wanted.toUs ? JackPortIsInput : JackPortIsOutput, 0);
-    if (!port)
-        return;
-    lane->setPort(port);
-    *place = lane;
-    m_cycleLanes[slot].store(lane.get());
-    const char* const ours = m_jack->jack_port_name(port);
-    if (wanted.key.empty() ||
-        (wanted.toUs ? m_jack->jack_connect(m_client, wanted.key.c_str(), ours)
-                     : m_jack->jack_connect(m_client, ours, wanted.key.c_str())) == 0)
-        lane->setConnected(true);
-}
-
-void JackMidi::dissolve(std::size_t slot, bool serverLives) {
-    const LanePointer lane = std::exchange(m_built[slot], nullptr);
-    if (!lane)
-        return;
-    m_cycleLanes[slot].store(nullptr);
-    waitForCycle();
-    jack_port_t* const port = lane->port();
-    lane->setPort(nullptr);
-    lane->setConnected(false);
-    if (lane->wanted().toUs) {
-        lane->releaseNow(now());
+    const bool any = m_ports.removeIf(m_client, [&](const LanePointer& lane) {
+        return std::ranges::find(wanted, lane) == wanted.end();
+    });
+    if (any)
         sem_post(&m_heard);
+    for (const LanePointer& lane : wanted) {
+        if (m_client && !m_ports.has(lane))
+            m_ports.add(m_client, lane);
     }
-    if (serverLives && m_client)
-        m_jack->jack_port_unregister(m_client, port);
-}
-
-/// The cycle counts itself in before it looks which lanes there are, so that it either sees that a
-/// lane has gone or is seen here.
-void JackMidi::waitForCycle() const {
-    while (m_inCycle.load() > 0)
-        std::this_thread::sleep_for(std::chrono::microseconds(50));
 }
 
 void JackMidi::process(jack_client_t* client, jack_nframes_t frames) noexcept {
-    m_inCycle.fetch_add(1);
     m_cycles.fetch_add(1, std::memory_order_relaxed);
-    bool heard = false;
-    if (client && client == m_cycleClient.load()) {
-        for (const auto& place : m_cycleLanes) {
-            if (JackMidiLane* const lane = place.load())
-                heard = lane->cycle(*m_jack, client, frames) || heard;
-        }
-    }
-    m_inCycle.fetch_sub(1);
-    if (heard)
+    if (client && client == m_cycleClient.load() && m_ports.cycle(client, frames))
         sem_post(&m_heard);
 }
 

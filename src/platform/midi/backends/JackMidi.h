@@ -2,7 +2,6 @@
 
 #include <semaphore.h>
 
-#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -10,7 +9,7 @@
 #include <thread>
 
 #include "audiounits/devices/JackGuest.h"
-#include "midi/backends/JackMidiLane.h"
+#include "midi/backends/JackMidiPorts.h"
 
 /// MIDI ports of the JACK server: in the client that plays, else in one of its own, "ombrix-midi".
 ///
@@ -44,9 +43,8 @@ class JackMidi final : public MidiBackend,
     void serverGone(jack_client_t* client) override;
 
   private:
-    using LanePointer = std::shared_ptr<JackMidiLane>;
+    using LanePointer = JackMidiPorts::LanePointer;
     using Time = std::chrono::steady_clock::time_point;
-    static constexpr std::size_t kMostLanes = 128;
 
     void keep();
     void look();
@@ -57,12 +55,7 @@ class JackMidi final : public MidiBackend,
     void letGo(bool serverLives);
     bool silent();
     std::vector<MidiBackendPort> listPorts();
-    void addPorts(std::vector<MidiBackendPort>& ports, unsigned long flags);
-    std::string displayName(jack_port_t* port, const char* name) const;
     void settle();
-    void build(const LanePointer& lane);
-    void dissolve(std::size_t slot, bool serverLives);
-    void waitForCycle() const;
     LanePointer find(MIDIEndpointRef lane);
     std::vector<LanePointer> lanes();
     void deliver();
@@ -97,11 +90,9 @@ class JackMidi final : public MidiBackend,
     std::uint64_t m_lastCycles = 0;
     int m_silentLooks = 0;
     std::vector<MidiBackendPort> m_told;
-    std::array<LanePointer, kMostLanes> m_built;
+    JackMidiPorts m_ports;
 
     // Of the cycle.
     std::atomic<jack_client_t*> m_cycleClient{nullptr};
-    std::array<std::atomic<JackMidiLane*>, kMostLanes> m_cycleLanes{};
-    std::atomic<int> m_inCycle{0};
     std::atomic<std::uint64_t> m_cycles{0};
 };

@@ -34,6 +34,10 @@ std::size_t messageLength(std::span<const std::uint8_t> bytes) {
 
 JackMidiLane::JackMidiLane(MidiBackend::Lane lane) : m_lane(std::move(lane)) {}
 
+void JackMidiLane::releaseNow() {
+    m_ring.pushReleases(now());
+}
+
 bool JackMidiLane::cycle(const JackLibrary& jack, jack_client_t* client,
                          jack_nframes_t frames) noexcept {
     void* const buffer = jack.jack_port_get_buffer(m_port.load(std::memory_order_relaxed), frames);

@@ -27,7 +27,7 @@ class JackMidiLane {
     /// perhaps through others of this port, are released in the next cycle.
     void releaseSoon() { m_release.store(true); }
     /// [keeper] The same at once, for a lane that is not in the cycle.
-    void releaseNow(MIDITimeStamp time) { m_ring.pushReleases(time); }
+    void releaseNow();
 
     /// [render] Whether there is something for the MIDI thread.
     bool cycle(const JackLibrary& jack, jack_client_t* client, jack_nframes_t frames) noexcept;

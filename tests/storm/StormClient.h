@@ -1,12 +1,13 @@
 #pragma once
 
+#include <jack/jack.h>
+#include <jack/midiport.h>
+
 #include <atomic>
 #include <chrono>
 #include <random>
 #include <string>
 #include <utility>
-
-#include "audiounits/devices/JackLibrary.h"
 
 /// A foreign JACK client with one MIDI port that it registers and gives up at will, and on which it
 /// plays as many messages a second as it is told: random notes of all channels, half of them
@@ -24,15 +25,15 @@ class StormClient {
             open();
         }
         if (m_client && !m_port)
-            m_port = m_jack.jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE,
-                                               JackPortIsOutput, 0);
+            m_port =
+                jack_port_register(m_client, "out", JACK_DEFAULT_MIDI_TYPE, JackPortIsOutput, 0);
     }
     void pull() {
         jack_port_t* const port = m_port.exchange(nullptr);
         while (m_inCycle && !m_dropped) {
         }
         if (port && !m_dropped)
-            m_jack.jack_port_unregister(m_client, port);
+            jack_port_unregister(m_client, port);
     }
     void setRate(double messagesPerSecond) { m_rate = messagesPerSecond; }
     /// From now on all notes are released, one after the other.
@@ -45,25 +46,25 @@ class StormClient {
         m_inCycle = false;
         m_lastRun = std::chrono::steady_clock::now();
         jack_status_t status{};
-        m_client = m_jack.jack_client_open(m_name.c_str(), JackNoStartServer, &status);
+        m_client = jack_client_open(m_name.c_str(), JackNoStartServer, &status);
         if (!m_client) {
             m_dropped = true;
             return;
         }
-        m_jack.jack_set_process_callback(
+        jack_set_process_callback(
             m_client,
             [](jack_nframes_t frames, void* self) {
                 static_cast<StormClient*>(self)->process(frames);
                 return 0;
             },
             this);
-        m_jack.jack_on_info_shutdown(
+        jack_on_info_shutdown(
             m_client,
             [](jack_status_t, const char*, void* self) {
                 static_cast<StormClient*>(self)->m_dropped = true;
             },
             this);
-        m_jack.jack_activate(m_client);
+        jack_activate(m_client);
     }
     bool forgotten() {
         const auto now = std::chrono::steady_clock::now();
@@ -75,19 +76,19 @@ class StormClient {
     void close() {
         m_port = nullptr;
         if (m_client)
-            m_jack.jack_client_close(m_client);
+            jack_client_close(m_client);
         m_client = nullptr;
     }
     void process(jack_nframes_t frames) {
         m_inCycle = true;
         ++m_cycles;
         if (jack_port_t* const port = m_port)
-            fill(m_jack.jack_port_get_buffer(port, frames), static_cast<std::uint32_t>(frames));
+            fill(jack_port_get_buffer(port, frames), static_cast<std::uint32_t>(frames));
         m_inCycle = false;
     }
     void fill(void* buffer, std::uint32_t frames) {
-        m_jack.jack_midi_clear_buffer(buffer);
-        m_due += m_rate * frames / m_jack.jack_get_sample_rate(m_client);
+        jack_midi_clear_buffer(buffer);
+        m_due += m_rate * frames / jack_get_sample_rate(m_client);
         const auto count = static_cast<std::uint32_t>(m_due);
         m_due -= count;
         for (std::uint32_t i = 0; i < count; ++i) {
@@ -96,11 +97,10 @@ class StormClient {
             const jack_midi_data_t message[] = {
                 static_cast<jack_midi_data_t>((down ? 0x90 : 0x80) + channel),
                 static_cast<jack_midi_data_t>(m_releasing ? m_next++ % 128 : m_random() % 128), 90};
-            m_played += m_jack.jack_midi_event_write(buffer, i * frames / count, message, 3) == 0;
+            m_played += jack_midi_event_write(buffer, i * frames / count, message, 3) == 0;
         }
     }
 
-    const JackLibrary& m_jack = *JackLibrary::get();
     const std::string m_name;
     jack_client_t* m_client = nullptr;
     std::atomic<bool> m_dropped{false};
