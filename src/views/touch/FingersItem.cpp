@@ -1,9 +1,9 @@
-#include "wave/FingersItem.h"
+#include "touch/FingersItem.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "keyboard/InputLoss.h"
+#include "touch/InputLoss.h"
 
 namespace {
 constexpr int kMouse = std::numeric_limits<int>::min();  // no touch has this number
