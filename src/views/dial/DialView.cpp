@@ -18,11 +18,9 @@ constexpr int kAnnouncementMilliseconds = 500;  // only the last value of a quic
 
 }  // namespace
 
-DialView::DialView(QQuickItem* parent) : QQuickItem(parent) {
+DialView::DialView(QQuickItem* parent) : FingersItem(parent) {
     setFlag(ItemHasContents);
     setImplicitSize(kSide, kSide);
-    setAcceptTouchEvents(true);
-    setAcceptedMouseButtons(Qt::LeftButton);
     setActiveFocusOnTab(true);
 }
 

@@ -10,14 +10,15 @@
 
 namespace {
 
-constexpr int kMouseFinger = -1;        // beside the ids of fingers
 constexpr int kHoldMilliseconds = 600;  // of a finger that rests
 
 }  // namespace
 
 // A finger, or the mouse.
 
-void DialView::touchBegan(int finger, QPointF at, quint64 time) {
+void DialView::fingerPressed(int finger, QPointF at, quint64 time) {
+    if (m_finger)
+        return;  // one finger turns it
     m_finger = finger;
     m_bubbleTime.stop();
     m_drag.begin(at, m_position);
@@ -25,20 +26,19 @@ void DialView::touchBegan(int finger, QPointF at, quint64 time) {
     m_isHeld = false;
     if (m_menuOffered)
         m_holdTime.start(kHoldMilliseconds, this);
-    setKeepMouseGrab(true);  // no list around it takes the drag away
-    setKeepTouchGrab(true);
     forceActiveFocus(Qt::MouseFocusReason);
     setFocusVisible(false);
     showTooltip();
     Q_EMIT pressedChanged();
 }
 
-void DialView::touchMoved(QPointF to, bool fine) {
-    if (m_drag.isAt(to))
+void DialView::fingerMoved(int finger, QPointF to, quint64) {
+    if (m_finger != finger || m_drag.isAt(to))
         return;  // told twice, or of a finger that rests while another moves
     m_taps.moved(to);
     if (holds(to))
         return;
+    const bool fine = DialSteps::isFine(modifiers());
     const float dragged =
         DialGeometry::clamped(m_drag.moved(to, m_mode, m_speedRatio, fine, m_position));
     turnTo(fine ? dragged : DialDrag::snapped(dragged, m_notches));
@@ -78,14 +78,16 @@ bool DialView::holds(QPointF to) {
     return false;
 }
 
-void DialView::tapEnded() {
+void DialView::fingerReleased(int finger, quint64) {
+    if (m_finger != finger)
+        return;
     const bool twice = m_taps.released();
     letGo();
     if (twice)
         Q_EMIT doubleTapped();
 }
 
-void DialView::touchEnded() {
+void DialView::fingersCancelled() {
     if (m_finger)  // the grab of a finger that was lifted is taken away as well
         m_taps.cancel();
     letGo();
@@ -94,52 +96,22 @@ void DialView::touchEnded() {
 void DialView::letGo() {
     ensureNoTooltip();
     m_holdTime.stop();
-    setKeepMouseGrab(false);
-    setKeepTouchGrab(false);
     if (!m_finger)
         return;
     m_finger.reset();
     Q_EMIT pressedChanged();
 }
 
-void DialView::touchEvent(QTouchEvent* event) {
-    event->accept();
-    if (event->type() == QEvent::TouchCancel)
-        return touchEnded();
-    for (const QEventPoint& point : event->points()) {
-        if (!m_finger && point.state() == QEventPoint::Pressed)
-            touchBegan(point.id(), point.position(), event->timestamp());
-        else if (m_finger != point.id())
-            continue;  // one finger turns it
-        else if (point.state() == QEventPoint::Updated)
-            touchMoved(point.position(), DialSteps::isFine(event->modifiers()));
-        else if (point.state() == QEventPoint::Released)
-            tapEnded();
-    }
-}
-
 void DialView::mousePressEvent(QMouseEvent* event) {
-    if (m_finger)
-        return;
-    if (event->button() == Qt::RightButton)
+    if (event->button() != Qt::RightButton)
+        FingersItem::mousePressEvent(event);
+    else if (!m_finger)
         Q_EMIT menuAsked();
-    else
-        touchBegan(kMouseFinger, event->position(), event->timestamp());
-}
-
-void DialView::mouseMoveEvent(QMouseEvent* event) {
-    if (m_finger == kMouseFinger)
-        touchMoved(event->position(), DialSteps::isFine(event->modifiers()));
 }
 
 void DialView::mouseReleaseEvent(QMouseEvent* event) {
-    if (m_finger == kMouseFinger && event->button() == Qt::LeftButton)
-        tapEnded();
-}
-
-void DialView::mouseUngrabEvent() {
-    if (m_finger == kMouseFinger)
-        touchEnded();
+    if (event->button() == Qt::LeftButton)
+        FingersItem::mouseReleaseEvent(event);
 }
 
 void DialView::wheelEvent(QWheelEvent* event) {
@@ -183,19 +155,10 @@ void DialView::setFocusVisible(bool visible) {
     Q_EMIT focusVisibleChanged();
 }
 
-void DialView::itemChange(ItemChange change, const ItemChangeData& value) {
-    QQuickItem::itemChange(change, value);
-    const bool leaves = change == ItemSceneChange || change == ItemParentHasChanged ||
-                        (change == ItemVisibleHasChanged && !value.boolValue) ||
-                        (change == ItemEnabledHasChanged && !value.boolValue);
-    if (leaves)
-        touchEnded();
-    if (change == ItemSceneChange) {
-        disconnect(m_windowHidden);
-        if (value.window != nullptr)
-            m_windowHidden =
-                connect(value.window, &QWindow::visibleChanged, this, &DialView::touchEnded);
-    }
+void DialView::itemChange(ItemChange change, const ItemChangeData& data) {
+    FingersItem::itemChange(change, data);
+    if (change == ItemParentHasChanged)
+        fingersCancelled();
     if (change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
         redrawAll();
 }
