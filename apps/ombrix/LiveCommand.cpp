@@ -26,11 +26,7 @@ constexpr CommandText kText{"ombrix live [options]",
                             "Plays what MIDI keyboards and other programs send."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withInstrumentOptions({
-        kDeviceOption,
-        kPeriodOption,
-        kStopOption,
-        kRecordOption,
+    static const std::vector<OptionRow> rows = playingOptions({
         {"network", nullptr, "let devices nearby connect, whatever the settings say"},
         {"controllers", nullptr, "use MIDI controllers, whatever the settings say"},
     });

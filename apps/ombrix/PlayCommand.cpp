@@ -21,12 +21,7 @@ constexpr CommandText kText{"ombrix play SONG.mid [options]",
                             "Plays a MIDI file through an audio device."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withInstrumentOptions({
-        kDeviceOption,
-        kPeriodOption,
-        kStopOption,
-        kRecordOption,
-    });
+    static const std::vector<OptionRow> rows = playingOptions();
     return rows;
 }
 

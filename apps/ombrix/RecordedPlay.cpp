@@ -2,7 +2,18 @@
 
 #include <cstdio>
 
+#include "CommandFrame.h"
+#include "DeviceRequest.h"
 #include "log/Log.h"
+
+std::vector<OptionRow> playingOptions(std::vector<OptionRow> own) {
+    own.insert(own.begin(),
+               {kDeviceOption,
+                kPeriodOption,
+                kStopOption,
+                {"record", nullptr, "record it into the data folder, from the first note on"}});
+    return withInstrumentOptions(std::move(own));
+}
 
 RecordedPlay::RecordedPlay(Instrument& instrument, const Arguments& arguments) {
     if (!arguments.has("record"))

@@ -6,8 +6,9 @@
 #include "recording/Performance.h"
 #include "startup/Instrument.h"
 
-inline constexpr OptionRow kRecordOption{"record", nullptr,
-                                         "record it into the data folder, from the first note on"};
+/// Of a command that plays notes through a device until it is ended: those of the device and
+/// `--record`, its own, those of the instrument.
+std::vector<OptionRow> playingOptions(std::vector<OptionRow> own = {});
 
 /// `--record`: what the instrument plays goes into a file in the data folder too, from the
 /// first note to the end of the command. Without it, nothing. [main]
