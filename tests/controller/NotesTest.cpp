@@ -65,6 +65,26 @@ class NotesTest : public testing::Test {
 
 }  // namespace
 
+TEST_F(NotesTest, tunesTheKeysInEqualTemperament) {
+    const auto& pitch = m_notes.noteFrequencies();
+    EXPECT_EQ(pitch[0], 27.5f);
+    EXPECT_EQ(pitch[12], 55.f);
+    EXPECT_EQ(pitch[48], 440.f);
+    EXPECT_NEAR(pitch[87], 4186.01, 0.01);
+}
+
+TEST_F(NotesTest, aHeldKeyKeepsItsVoiceAndGain) {
+    m_notes.tinkleIvory(48, 0.25f);
+    m_notes.tinkleIvory(48, 1.f);
+    EXPECT_EQ(voiceOf(48), 0);
+    EXPECT_EQ(m_voices.synths[0]->note()->gain, 0.25f);
+    EXPECT_EQ(stage(1), 0);
+    m_notes.untinkleIvory(48);
+    m_notes.untinkleIvory(48);
+    EXPECT_EQ(voiceOf(48), -1);
+    EXPECT_EQ(stage(0), 2);
+}
+
 TEST_F(NotesTest, theThirteenthKeyTakesTheOldestVoice) {
     holdTwelve();
     m_notes.tinkleIvory(40);
