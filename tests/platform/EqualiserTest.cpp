@@ -95,9 +95,9 @@ TEST_F(EqualiserTest, flatHandsOnEveryBit) {
 
 TEST_F(EqualiserTest, changesWithoutAClickOrAnythingForbidden) {
     constexpr double kStep = 2 * M_PI * 100 / kGraphRate;
+    StreamSource<float> tone{
+        [](auto frame, auto) { return 0.25f * static_cast<float>(std::sin(frame * kStep)); }};
     for (const std::uint32_t buffer : {1u, 64u, 1000u}) {
-        StreamSource<float> tone{
-            [](auto frame, auto) { return 0.25f * static_cast<float>(std::sin(frame * kStep)); }};
         choose(0);
         feed(tone, StreamDescription::float32(1));
         std::vector<float> heard;
