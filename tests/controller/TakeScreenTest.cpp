@@ -80,6 +80,17 @@ TEST_F(TakeScreenTest, showsTimeLevelAndOutlineWhileTheButtonIsHeld) {
     EXPECT_FALSE(m_instrument.waves().currentWaveFilename());
 }
 
+TEST_F(TakeScreenTest, endsByItselfAfterThirtySecondsAndALaterReleaseDoesNothing) {
+    m_screen->waveRecordDown();
+    hear(Sound(3000, 20000));
+    m_clock.pass(29);
+    EXPECT_EQ(m_bubbles.back(), "00:29");
+    m_clock.pass(1);
+    EXPECT_FALSE(m_screen->recording());
+    m_screen->waveRecordUp();
+    EXPECT_THAT(m_said, ElementsAre("taken"));
+}
+
 TEST_F(TakeScreenTest, saysOnceWhatIsWrongWithTheMicrophone) {
     m_screen->waveRecordDown();
     m_clock.pass(5);
