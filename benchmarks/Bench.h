@@ -12,12 +12,14 @@
 #include "FloatMixer.h"
 #include "GrainSynthesiser.h"
 #include "OverdriveDistortionFilter.h"
+#include "PieceSound.h"
 #include "PlainEffects.h"
 #include "PlainEnvelope.h"
 #include "PlainGrains.h"
 #include "PlainOutput.h"
 #include "ResonanceFilter.h"
 #include "RingModulateFilter.h"
+#include "VectorWave.h"
 #include "VornSequencePlayer.h"
 #include "VornSequenceScrubber.h"
 #include "audiounits/RenderScope.h"
@@ -27,30 +29,19 @@ namespace bench {
 
 inline constexpr int kVoices = 12;
 
-class Sound : public ContiguousWave {
-  public:
-    explicit Sound(double seconds) : m_samples(static_cast<std::size_t>(seconds * 44100)) {
-        std::uint32_t random = 1;
-        for (float& sample : m_samples) {
-            random = random * 1664525u + 1013904223u;
-            sample = static_cast<float>(static_cast<std::int32_t>(random)) / 2147483648.f;
-        }
+inline std::vector<float> noise(std::size_t count) {
+    std::vector<float> samples(count);
+    std::uint32_t random = 1;
+    for (float& sample : samples) {
+        random = random * 1664525u + 1013904223u;
+        sample = static_cast<float>(static_cast<std::int32_t>(random)) / 2147483648.f;
     }
-    std::uint32_t sampleCount() const override {
-        return static_cast<std::uint32_t>(m_samples.size());
-    }
-    const StreamDescription* audioDescription() const override { return nullptr; }
-    WaveWindowList retrieveWindowsAt(std::uint32_t, std::uint32_t*) const override { return {}; }
-    std::uint32_t write(std::uint32_t, float*) const override { return 0; }
-    std::shared_ptr<WaveAccess> sliceBlockFrom(std::uint32_t, std::uint32_t) const override {
-        return {};
-    }
-    const float* retrieveWindowAt(std::uint32_t at, std::uint32_t*, std::int32_t*) const override {
-        return m_samples.data() + at;
-    }
+    return samples;
+}
 
-  private:
-    std::vector<float> m_samples;
+class Sound : public VectorWave {
+  public:
+    explicit Sound(double seconds) : VectorWave(noise(static_cast<std::size_t>(seconds * 44100))) {}
 };
 
 struct Settings {
@@ -205,32 +196,10 @@ class Noise : public VornCallbackUnit {
 };
 
 /// Ten windows of noise in one layout, as a sequence of ten blocks hands them out.
-class Sequence : public WaveSequenceAccess {
-  public:
-    explicit Sequence(WaveFormat format) : m_sound(2.0), m_format(format) {}
-    std::uint32_t sampleCount() const override { return kWindows * kFrames; }
-    const StreamDescription* audioDescription() const override { return nullptr; }
-    WaveWindowList retrieveWindowsAt(std::uint32_t, std::uint32_t*) const override {
-        auto list = std::make_unique<WaveWindow[]>(kWindows + 1);
-        std::uint32_t count = 0;
-        for (std::uint32_t i = 0; i < kWindows; ++i)
-            list[i] = {this, m_sound.retrieveWindowAt(2 * i * kFrames, &count, nullptr), kFrames,
-                       static_cast<std::int32_t>(m_format)};
-        return list;
-    }
-    std::uint32_t write(std::uint32_t, float*) const override { return 0; }
-    std::shared_ptr<VornWave2> flattenInto(const std::string&, std::uint32_t) const override {
-        return nullptr;
-    }
-    std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t, std::uint32_t) const override {
-        return nullptr;
-    }
-
-  private:
-    static constexpr std::uint32_t kWindows = 10;
-    static constexpr std::uint32_t kFrames = 4000;
-    Sound m_sound;
-    WaveFormat m_format;
-};
+inline std::shared_ptr<PieceSound> sequence(WaveFormat format) {
+    const PieceSound::Piece piece{static_cast<std::int32_t>(format),
+                                  noise(format == WaveFormat::mono ? 4000 : 8000)};
+    return std::make_shared<PieceSound>(std::vector<PieceSound::Piece>(10, piece));
+}
 
 }  // namespace bench

@@ -145,7 +145,7 @@ void playerAndScrubberAgainstAVoice() {
     Listened listened;
     const char* const layouts[] = {"mono", "stereo", "one of two channels"};
     for (int format : {0, 1, 2}) {
-        const auto sound = std::make_shared<bench::Sequence>(static_cast<WaveFormat>(format));
+        const auto sound = bench::sequence(static_cast<WaveFormat>(format));
         VornSequencePlayer player(sound), converting(sound, true);
         for (VornSequencePlayer* unit : {&player, &converting}) {
             unit->setLooping(true);
@@ -164,7 +164,7 @@ void playerAndScrubberAgainstAVoice() {
         };
         printRow("  scrubber, two heads", compare(scrub, voice, 300), kFrames);
     }
-    VornSequencePlayer paused(std::make_shared<bench::Sequence>(WaveFormat::mono));
+    VornSequencePlayer paused(bench::sequence(WaveFormat::mono));
     printRow("paused player", compare([&] { listened.render(paused, 8); }, voice, 300), kFrames);
 }
 

@@ -107,10 +107,7 @@ int auditionAloud(Listening::Wish wish, const Audition::Sound& sound, double lon
     Listening listening(audition, sound, std::move(wish));
     instrument.play();
     const double played = listenLive(listening, audition, *device, longest);
-    const AudioDeviceInfo info = device->info();
-    instrument.stop();
-    Log::drain();
-    tellPlayed(played, info);
+    endPlaying(instrument, played);
     return kExitDone;
 }
 

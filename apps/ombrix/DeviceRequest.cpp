@@ -4,6 +4,7 @@
 
 #include "CommandFrame.h"
 #include "audiounits/devices/AudioDevices.h"
+#include "log/Log.h"
 
 std::string DeviceRequest::read(const Arguments& arguments) {
     if (const auto text = arguments.value("buffer-frames")) {
@@ -24,7 +25,10 @@ std::string DeviceRequest::read(const Arguments& arguments) {
     return "";
 }
 
-void tellPlayed(double seconds, const AudioDeviceInfo& device) {
+void endPlaying(Instrument& instrument, double seconds) {
+    const AudioDeviceInfo device = AudioDevices::current()->info();
+    instrument.stop();
+    Log::drain();
     std::printf("%.2f s played on %s, %llu periods lost\n", seconds, device.name.c_str(),
                 static_cast<unsigned long long>(device.xruns));
 }

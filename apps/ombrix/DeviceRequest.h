@@ -3,7 +3,7 @@
 #include <string>
 
 #include "Options.h"
-#include "audiounits/devices/AudioDevice.h"
+#include "startup/Instrument.h"
 
 inline constexpr OptionRow kDeviceOption{
     "device", "NAME", "jack, pulse, pulse:SINK, alsa, alsa:PCM or clock (the first there is)"};
@@ -19,5 +19,5 @@ struct DeviceRequest {
     [[nodiscard]] std::string read(const Arguments& arguments);
 };
 
-/// How it went, on stdout.
-void tellPlayed(double seconds, const AudioDeviceInfo& device);
+/// Ends what has played for so long, and tells on stdout how it went.
+void endPlaying(Instrument& instrument, double seconds);

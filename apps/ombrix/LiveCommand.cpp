@@ -26,11 +26,7 @@ constexpr CommandText kText{"ombrix live [options]",
                             "Plays what MIDI keyboards and other programs send."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withInstrumentOptions({
-        kDeviceOption,
-        kPeriodOption,
-        kStopOption,
-        kRecordOption,
+    static const std::vector<OptionRow> rows = playingOptions({
         {"network", nullptr, "let devices nearby connect, whatever the settings say"},
         {"controllers", nullptr, "use MIDI controllers, whatever the settings say"},
     });
@@ -54,15 +50,14 @@ class Live {
     }
     bool controllersWanted() { return m_midi.controls().enabled(); }
 
-    /// Until a signal, or `longest` seconds have passed. `recorded` may be null.
-    void run(double longest, RecordedPlay* recorded) {
+    /// Until a signal, or `longest` seconds have passed.
+    void run(double longest, RecordedPlay& recorded) {
         const double end = m_started + longest;
         while (!Signals::stopWanted() && Clock::monotonic() < end) {
             if (Signals::takeSilenceWanted())
                 m_instrument.silence();
             LiveLoop::turn();
-            if (recorded)
-                recorded->goOn();
+            recorded.goOn();
             tellPlace();
             m_network.look();
             LiveLoop::sleepUntil(end);
@@ -116,15 +111,10 @@ int playLive(const CommandFrame& frame, Instrument& instrument, double longest) 
     live.openNetwork(open ? NetworkMode::nearby : keptNetworkMode(defaults));
     if (frame.arguments().has("controllers") || live.controllersWanted())
         live.useControllers();
-    std::optional<RecordedPlay> recorded;
-    if (frame.arguments().has("record"))
-        recorded.emplace(instrument);
-    live.run(longest, recorded ? &*recorded : nullptr);
-    const bool good = !recorded || recorded->finish();
-    const AudioDeviceInfo info = AudioDevices::current()->info();
-    instrument.stop();
-    Log::drain();
-    tellPlayed(live.elapsed(), info);
+    RecordedPlay recorded(instrument, frame.arguments());
+    live.run(longest, recorded);
+    const bool good = recorded.finish();
+    endPlaying(instrument, live.elapsed());
     return good ? kExitDone : kExitFailed;
 }
 

@@ -1,5 +1,4 @@
 #include <limits>
-#include <optional>
 
 #include "CommandFrame.h"
 #include "Commands.h"
@@ -10,7 +9,6 @@
 #include "Signals.h"
 #include "SongSession.h"
 #include "audiounits/devices/AudioDevices.h"
-#include "log/Log.h"
 #include "runloop/Clock.h"
 
 namespace {
@@ -23,12 +21,7 @@ constexpr CommandText kText{"ombrix play SONG.mid [options]",
                             "Plays a MIDI file through an audio device."};
 
 const std::vector<OptionRow>& options() {
-    static const std::vector<OptionRow> rows = withInstrumentOptions({
-        kDeviceOption,
-        kPeriodOption,
-        kStopOption,
-        kRecordOption,
-    });
+    static const std::vector<OptionRow> rows = playingOptions();
     return rows;
 }
 
@@ -41,16 +34,14 @@ class LivePlay {
           m_player(session.timeline(), session.instrument().notes()),
           m_longest(longest) {}
 
-    /// `recorded` may be null.
-    void run(RecordedPlay* recorded) {
+    void run(RecordedPlay& recorded) {
         m_started = Clock::monotonic();
         while (!Signals::stopWanted() && !finished()) {
             if (Signals::takeSilenceWanted())
                 m_session.instrument().silence();
             // The frame that is due now, and the one that began with this very moment.
             m_player.sendUntil(static_cast<std::uint64_t>(elapsed() * kGraphRate) + 1);
-            if (recorded)
-                recorded->goOn();
+            recorded.goOn();
             LiveLoop::turn();
             LiveLoop::sleepUntil(m_player.ended() ? kNever : m_started + nextEvent());
         }
@@ -99,14 +90,9 @@ int playCommand(std::span<char*> words) {
 
     session->instrument().play();
     LivePlay play(*session, *device, request.longest);
-    std::optional<RecordedPlay> recorded;
-    if (frame.arguments().has("record"))
-        recorded.emplace(session->instrument());
-    play.run(recorded ? &*recorded : nullptr);
-    const bool good = !recorded || recorded->finish();
-    const AudioDeviceInfo info = device->info();
-    session->instrument().stop();
-    Log::drain();
-    tellPlayed(play.elapsed(), info);
+    RecordedPlay recorded(session->instrument(), frame.arguments());
+    play.run(recorded);
+    const bool good = recorded.finish();
+    endPlaying(session->instrument(), play.elapsed());
     return good ? kExitDone : kExitFailed;
 }

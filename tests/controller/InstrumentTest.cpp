@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <optional>
 #include <random>
 
 #include "PlainInstrument.h"
@@ -70,10 +71,25 @@ class InstrumentTest : public testing::Test {
     std::mt19937 m_random{kSeed};
 };
 
-/// Ours and the plain one under the same random playing, sample by sample.
+constexpr ParameterId kEffects[] = {
+    ParameterId::ringModFrequency, ParameterId::ringModDepth, ParameterId::filterCutoff,
+    ParameterId::filterResonance,  ParameterId::filterBass,   ParameterId::distortion,
+    ParameterId::echoDelay,        ParameterId::echoFeedback,
+};
+
+/// Ours and the plain one under the same random playing, sample by sample: notes, then a silence
+/// that is long enough for all to be skipped, and other effects behind it.
 class SameAsPlain : public InstrumentTest, public testing::WithParamInterface<std::uint32_t> {
   protected:
     void playRandomly();
+
+  private:
+    void changeEffects();
+    void playNotes();
+    void expectSame(std::uint32_t frames);
+
+    const std::vector<float> m_samples = soundOf(30000);
+    std::optional<PlainInstrument> m_plain;
 };
 
 /// The same with the final mixer that places its bus in space, where that starts.
@@ -86,33 +102,58 @@ class SameInSpace : public SameAsPlain {
 
 void SameAsPlain::playRandomly() {
     SCOPED_TRACE(kSeed);
-    const auto sound = soundOf(30000);
-    playSound(sound);
+    playSound(m_samples);
     Preset preset = randomPreset(m_random);
     preset.setNumber(ParameterId::distortion, 0.4f);
     m_instrument.updateSettingsFromPreset(preset);
-    PlainInstrument plain(sound, preset);
+    m_plain.emplace(m_samples, preset);
     RandomSource::seed(kSeed);
     srandom(kSeed);
     m_instrument.play();
-    std::vector<std::int16_t> expected;
-    std::uint32_t sent = 0;
-    for (std::uint32_t frame = 0; frame < 60000; frame += GetParam()) {
-        for (; sent <= frame; sent += 700) {
-            const int key = 20 + static_cast<int>(m_random() % 50);
-            if (m_random() % 3) {
-                const auto velocity = static_cast<std::uint8_t>(1 + m_random() % 127);
-                m_instrument.notes().midiNoteDown(static_cast<std::uint8_t>(key + 21), velocity);
-                plain.noteOn(key, velocity);
-            } else {
-                m_instrument.notes().midiNoteUp(static_cast<std::uint8_t>(key + 21));
-                plain.noteOff(key);
-            }
+    for (int phrase = 0; phrase < 3 && !HasFatalFailure(); ++phrase) {
+        playNotes();
+        for (int key = 20; key < 70; ++key) {
+            m_instrument.notes().untinkleIvory(key);
+            m_plain->noteOff(key);
         }
+        changeEffects();
+        expectSame(30000);
+    }
+}
+
+/// To some that leave a silence soon.
+void SameAsPlain::changeEffects() {
+    Preset preset = randomPreset(m_random);
+    preset.setNumber(ParameterId::echoFeedback, 0.f);
+    if (m_random() % 2)
+        preset.setNumber(ParameterId::filterResonance, 0.f);
+    for (const ParameterId id : kEffects)
+        m_instrument.setParameter(id, preset.number(id));
+    m_plain->setEffects(preset);
+}
+
+void SameAsPlain::playNotes() {
+    for (int note = 0; note < 40 && !HasFatalFailure(); ++note) {
+        const int key = 20 + static_cast<int>(m_random() % 50);
+        if (m_random() % 3) {
+            const auto velocity = static_cast<std::uint8_t>(1 + m_random() % 127);
+            m_instrument.notes().midiNoteDown(static_cast<std::uint8_t>(key + 21), velocity);
+            m_plain->noteOn(key, velocity);
+        } else {
+            m_instrument.notes().midiNoteUp(static_cast<std::uint8_t>(key + 21));
+            m_plain->noteOff(key);
+        }
+        expectSame(700);
+    }
+}
+
+void SameAsPlain::expectSame(std::uint32_t frames) {
+    std::vector<std::int16_t> expected;
+    for (std::uint32_t frame = 0; frame < frames; frame += GetParam()) {
         const auto got = render(GetParam());
         {
             const RenderScope scope;
-            expected = plain.render(GetParam());
+            expected = m_plain->render(GetParam());
         }
         for (std::size_t k = 0; k < got.size(); ++k)
             ASSERT_NEAR(got[k], expected[k], 1) << "frame " << frame + k;

@@ -63,13 +63,6 @@ class ControllerSetupTest : public testing::Test {
         m_controller->viewDidLoad();
     }
     ControllerSetup& setup() { return *m_controller->midi()->controllers(); }
-    DialState& cutoff() { return m_controller->dials()->dial(ParameterId::filterCutoff); }
-    void move(int controller, int value) {
-        m_controller->midiControls().perform(
-            {MidiMessage::Kind::control, std::uint8_t(controller), std::uint8_t(value), 1, 0},
-            "Knobs");
-    }
-
     ScratchFolder m_folder;
     std::unique_ptr<OmbrixViewController> m_controller;
 };
@@ -158,34 +151,13 @@ TEST_F(NetworkSetupTest, lampAndWordsFollowTheSession) {
     EXPECT_EQ(m_network.problem(), "");
 }
 
-TEST_F(ControllerSetupTest, aDialLearnsAControllerAndForgetsIt) {
-    EXPECT_FALSE(setup().enabled());
-    EXPECT_FALSE(cutoff().learnable());
-    cutoff().learn();
-    EXPECT_FALSE(cutoff().learning()) << "controllers are off";
-    setup().setEnabled(true);
-    for (const DialState* dial : m_controller->dials()->all())
-        EXPECT_TRUE(dial->learnable()) << qPrintable(dial->key());
-    cutoff().learn();
-    EXPECT_TRUE(cutoff().learning());
-    m_controller->dials()->dial(ParameterId::grainSize).stopLearning();
-    EXPECT_TRUE(cutoff().learning()) << "another dial's wish is none of its";
-    move(74, 100);
-    EXPECT_FALSE(cutoff().learning());
-    EXPECT_EQ(cutoff().controllers(), "CC 74");
-
-    start();
-    EXPECT_EQ(cutoff().controllers(), "CC 74") << "and it is kept";
-    setup().setEnabled(false);
-    EXPECT_FALSE(cutoff().learnable());
-    EXPECT_EQ(cutoff().controllers(), "");
-    setup().setEnabled(true);
-    cutoff().forget();
-    EXPECT_EQ(cutoff().controllers(), "");
-}
-
 TEST_F(ControllerSetupTest, choicesAreUsedAndKept) {
-    setup().setEnabled(true);
+    for (const bool enabled : {false, true}) {
+        EXPECT_EQ(setup().enabled(), enabled);
+        for (const DialState* dial : m_controller->dials()->all())
+            EXPECT_EQ(dial->learnable(), enabled) << qPrintable(dial->key());
+        setup().setEnabled(true);
+    }
     setup().chooseChannel("16");
     setup().chooseCurve(QString::number(int(VelocityCurve::hard)));
     setup().chooseBendRange("24");

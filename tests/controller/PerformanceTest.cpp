@@ -11,9 +11,11 @@
 #include <random>
 #include <set>
 
+#include "Contents.h"
 #include "ForeignReaders.h"
 #include "ManualClock.h"
 #include "ScratchFolder.h"
+#include "SoundFiles.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ManualDevice.h"
 #include "midi/MidiTimeline.h"
@@ -55,14 +57,6 @@ class PerformanceTest : public testing::Test, protected PerformanceDelegate {
         else
             m_instrument.notes().untinkleIvory(48);
     }
-    static Sound contents(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(file), {});
-        EXPECT_GE(bytes.size(), 44u);
-        Sound sound((bytes.size() - 44) / 2);
-        std::copy_n(bytes.data() + 44, sound.size() * 2, reinterpret_cast<char*>(sound.data()));
-        return sound;
-    }
     std::vector<std::string> shown() { return std::exchange(m_shown, {}); }
 
     ScratchFolder m_folder;
@@ -92,7 +86,7 @@ TEST_F(PerformanceTest, isWhatTheDevicePlaysFromTheFirstKeyToTheEnd) {
     }
     m_performance.toolbarRecordClicked();
     play(1000);
-    EXPECT_EQ(contents(m_performance.recordingPerformanceLastFilename()), heard);
+    EXPECT_EQ(SoundFiles::samplesOf(m_performance.recordingPerformanceLastFilename()), heard);
     EXPECT_THAT(shown(), ElementsAre("00:00", "00:01", "00:02", "complete", "Record"));
     EXPECT_EQ(m_performance.recordingPerformance(), Performance::State::finished);
     m_clock.pass(3);
@@ -223,9 +217,9 @@ TEST_F(PerformanceTest, hasItsNotesOnDiskBeforeItEndsAndReplacesNone) {
     m_performance.toolbarRecordClicked();
     EXPECT_THAT(shown(), ElementsAre(HasSubstr("problem: " + path), "complete", "Record"));
     EXPECT_EQ(m_performance.notesFilename(), path);
-    EXPECT_EQ(contents(m_performance.recordingPerformanceLastFilename()).size(), 8820u);
-    std::ifstream dear(m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM.mid"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(dear), {}), "dear");
+    EXPECT_EQ(SoundFiles::samplesOf(m_performance.recordingPerformanceLastFilename()).size(),
+              8820u);
+    EXPECT_EQ(contentsOf(m_folder.file("Recorded Live - Nov 27, 2025, 6-05 PM.mid")), "dear");
 }
 
 TEST_F(PerformanceTest, keepsWhatFittedAndSaysSoInOneLine) {
@@ -247,7 +241,7 @@ TEST_F(PerformanceTest, keepsWhatFittedAndSaysSoInOneLine) {
     m_clock.pass(1);
     EXPECT_THAT(shown(), ElementsAre(HasSubstr("problem: " + m_folder.path().string()), "complete",
                                      "Record"));
-    const Sound kept = contents(m_performance.recordingPerformanceLastFilename());
+    const Sound kept = SoundFiles::samplesOf(m_performance.recordingPerformanceLastFilename());
     EXPECT_GT(kept.size(), 15000u);
     heard.resize(kept.size());
     EXPECT_EQ(kept, heard);

@@ -18,14 +18,19 @@ PlainInstrument::PlainInstrument(const std::vector<float>& sound, const Preset& 
         voice.envelope = {number(ParameterId::adsrAttack), number(ParameterId::adsrDecay),
                           number(ParameterId::adsrSustain), number(ParameterId::adsrRelease)};
     }
-    m_ring = {number(ParameterId::ringModFrequency), number(ParameterId::ringModDepth)};
-    m_resonance.cutoff = number(ParameterId::filterCutoff);
-    m_resonance.resonance = number(ParameterId::filterResonance);
-    m_resonance.line.setDelay(preset.filterBass());
-    m_overdrive.strength = number(ParameterId::distortion);
-    m_echo.line.setDelay(number(ParameterId::echoDelay));
-    m_echo.feedback = number(ParameterId::echoFeedback);
+    setEffects(preset);
     m_converter.autoGainControl = 0.5f;
+}
+
+void PlainInstrument::setEffects(const Preset& preset) {
+    m_ring.frequency = preset.number(ParameterId::ringModFrequency);
+    m_ring.depth = preset.number(ParameterId::ringModDepth);
+    m_resonance.cutoff = preset.number(ParameterId::filterCutoff);
+    m_resonance.resonance = preset.number(ParameterId::filterResonance);
+    m_resonance.line.setDelay(preset.filterBass());
+    m_overdrive.strength = preset.number(ParameterId::distortion);
+    m_echo.line.setDelay(preset.number(ParameterId::echoDelay));
+    m_echo.feedback = preset.number(ParameterId::echoFeedback);
 }
 
 std::size_t PlainInstrument::voiceToUse() {

@@ -14,6 +14,8 @@
 class PlainInstrument {
   public:
     PlainInstrument(const std::vector<float>& sound, const Preset& preset);
+    /// Of a preset, the effects alone.
+    void setEffects(const Preset& preset);
     void noteOn(int key, std::uint8_t velocity);
     void noteOff(int key);
     std::vector<std::int16_t> render(std::uint32_t frames);

@@ -6,10 +6,10 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <set>
 
 #include "Bundles.h"
+#include "Contents.h"
 #include "ScratchFolder.h"
 #include "SoundFiles.h"
 #include "parameters/PresetImport.h"
@@ -23,11 +23,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-std::string contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 class PresetBundles : public testing::Test {
   protected:
@@ -106,8 +101,8 @@ TEST_F(PresetBundles, travelFromOneUserToAnother) {
     const std::string out = m_scratch.file("out");
     ASSERT_TRUE(SoundFiles::runs("python3 -m zipfile -t '" + made("chime") + "'"));
     ASSERT_TRUE(SoundFiles::runs("python3 -m zipfile -e '" + made("chime") + "' '" + out + "'"));
-    EXPECT_EQ(contents(out + "/Glöckchen 1.wav"), chimeSound());
-    EXPECT_NE(contents(out + "/preset.plist"), "");
+    EXPECT_EQ(contentsOf(out + "/Glöckchen 1.wav"), chimeSound());
+    EXPECT_NE(contentsOf(out + "/preset.plist"), "");
     EXPECT_EQ(std::distance(fs::directory_iterator(out), {}), 2);
 
     moveTo("other");
@@ -115,7 +110,7 @@ TEST_F(PresetBundles, travelFromOneUserToAnother) {
     EXPECT_EQ(result.error, "");
     EXPECT_THAT(result.names, ElementsAre(chime().name));
     EXPECT_THAT(m_told, IsEmpty());
-    EXPECT_EQ(contents(data("Glöckchen 1.wav")), chimeSound());
+    EXPECT_EQ(contentsOf(data("Glöckchen 1.wav")), chimeSound());
     EXPECT_THAT(dataFolder(), ElementsAre("Glöckchen 1.wav", "presets.plist"));
     Preset expected = chime();
     expected.isProtected = false;
@@ -127,7 +122,7 @@ TEST_F(PresetBundles, travelFromOneUserToAnother) {
 TEST_F(PresetBundles, takeTheNextNameWhereOneIsTaken) {
     ASSERT_TRUE(Bundles::make(m_scratch.file("made"), "good stored other-chime shadow"));
     EXPECT_THAT(import(made("good")).names, ElementsAre("Chime"));
-    const std::string sound = contents(data("Chime.wav"));
+    const std::string sound = contentsOf(data("Chime.wav"));
     // The very same sound is not stored twice, another one gets its own name.
     EXPECT_THAT(import(made("stored")).names, ElementsAre("Chime 2"));
     EXPECT_THAT(m_told, ElementsAre(StartsWith(made("stored"))));
@@ -140,8 +135,8 @@ TEST_F(PresetBundles, takeTheNextNameWhereOneIsTaken) {
     fs::create_symlink("nowhere", data("Sine Wave 2.wav"));
     import(made("shadow"));
     EXPECT_EQ(store().find("chime 4")->wave, "Sine Wave 3.wav");
-    EXPECT_EQ(contents(data("Chime.wav")), sound);
-    EXPECT_NE(contents(data("Chime 2.wav")), sound);
+    EXPECT_EQ(contentsOf(data("Chime.wav")), sound);
+    EXPECT_NE(contentsOf(data("Chime 2.wav")), sound);
     EXPECT_THAT(dataFolder(), ElementsAre("Chime 2.wav", "Chime.wav", "Sine Wave 2.wav",
                                           "Sine Wave 3.wav", "presets.plist", "presets.plist.bak"));
 
@@ -241,11 +236,11 @@ TEST_F(PresetBundles, areNotMadeOfSoundsThatCannotTravel) {
     EXPECT_TRUE(SoundFiles::runs("python3 -m zipfile -e '" + made("shipped") + "' '" + out + "'"));
     EXPECT_TRUE(fs::exists(out + "/preset.plist"));
     EXPECT_EQ(std::distance(fs::directory_iterator(out), {}), 1);
-    const std::string before = contents(made("shipped"));
+    const std::string before = contentsOf(made("shipped"));
     EXPECT_THAT(PresetBundle::write(chime(), made("shipped"), false), HasSubstr("missing"));
     shipped.wave.reset();
     EXPECT_THAT(PresetBundle::write(shipped, made("shipped"), false), HasSubstr("exists already"));
-    EXPECT_EQ(contents(made("shipped")), before);
+    EXPECT_EQ(contentsOf(made("shipped")), before);
 }
 
 TEST_F(PresetBundles, comeAsPlainListsToo) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Contents.h"
 #include "ScratchFolder.h"
 #include "parameters/PresetNames.h"
 #include "propertylists/PropertyList.h"
@@ -37,10 +38,7 @@ class PresetStoreTest : public testing::Test {
         put("presets.plist", "<plist version=\"1.0\"><dict>" + entries + "</dict></plist>");
     }
 
-    std::string content(const std::string& name) {
-        std::ifstream file(m_folder.file(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string content(const std::string& name) { return contentsOf(m_folder.file(name)); }
 
     int filesLike(const std::string& part) {
         int found = 0;

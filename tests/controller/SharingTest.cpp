@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Contents.h"
 #include "ScratchFolder.h"
 #include "SoundFiles.h"
 #include "runloop/RunLoop.h"
@@ -19,11 +20,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-std::string contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class SharingTest : public testing::Test,
                     protected PerformanceCompleteDelegate,
@@ -121,7 +117,7 @@ TEST_F(SharingTest, copiesIntoTheDropboxFolderAndReplacesNothing) {
     fs::create_directories(m_folder.file("Box"));
     EXPECT_THAT(send(), HasSubstr("is in Dropbox: " + m_folder.file("Box/Recorded Live - x.wav")));
     EXPECT_THAT(send(), HasSubstr("Recorded Live - x 2.wav"));
-    EXPECT_EQ(contents(m_folder.file("Box/Recorded Live - x.wav")), sound);
+    EXPECT_EQ(contentsOf(m_folder.file("Box/Recorded Live - x.wav")), sound);
     EXPECT_EQ(std::distance(fs::directory_iterator(m_folder.file("Box")), {}), 2);
 }
 
@@ -137,7 +133,7 @@ TEST_F(SharingTest, opensWhatIsPastedOrDropped) {
     m_sharing.paste();
     ASSERT_EQ(m_arrived.size(), 1);
     EXPECT_THAT(m_arrived[0].toStdString(), HasSubstr("Pasted Audio - "));
-    EXPECT_EQ(contents(m_arrived[0].toStdString()), wav);
+    EXPECT_EQ(contentsOf(m_arrived[0].toStdString()), wav);
     m_clipboard.files = {"/a.wav", "/b.wav"};
     m_sharing.paste();
     EXPECT_EQ(m_arrived, m_clipboard.files);

@@ -11,31 +11,15 @@
 #include <limits>
 
 #include "ScratchFolder.h"
+#include "SoundFiles.h"
 #include "wavechoice/GeneratedWaves.h"
 
 namespace {
 
-/// A 44100 Hz float WAV file, samples as they are.
 void writeFloatWav(const std::string& path, std::uint16_t channels,
                    const std::vector<float>& samples) {
-    const auto bytes = static_cast<std::uint32_t>(samples.size() * sizeof(float));
-    std::ofstream file(path, std::ios::binary);
-    const auto put = [&](auto value) {
-        file.write(reinterpret_cast<const char*>(&value), sizeof value);
-    };
-    file << "RIFF";
-    put(bytes + 36);
-    file << "WAVEfmt ";
-    put(std::uint32_t{16});
-    put(std::uint16_t{3});
-    put(channels);
-    put(std::uint32_t{44100});
-    put(static_cast<std::uint32_t>(44100 * 4 * channels));
-    put(static_cast<std::uint16_t>(4 * channels));
-    put(std::uint16_t{32});
-    file << "data";
-    put(bytes);
-    file.write(reinterpret_cast<const char*>(samples.data()), bytes);
+    SoundFiles::write(path, SoundFiles::wav({.channels = channels, .bits = 32, .floats = true},
+                                            SoundFiles::bytes(samples)));
 }
 
 class WaveChoiceTest : public testing::Test {
@@ -50,14 +34,6 @@ class WaveChoiceTest : public testing::Test {
         return VornWaveSequence::sequenceWithWave(VornWave2::initWithCopyOfData(
             samples.data(), static_cast<std::uint32_t>(samples.size()),
             StreamDescription::float32(1), "Test"));
-    }
-    /// The samples of a WAV file with the smallest header.
-    static std::vector<std::int16_t> stored(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
-        const std::string bytes(std::istreambuf_iterator<char>(file), {});
-        std::vector<std::int16_t> samples(bytes.size() < 44 ? 0 : (bytes.size() - 44) / 2);
-        std::copy_n(bytes.data() + 44, samples.size() * 2, reinterpret_cast<char*>(samples.data()));
-        return samples;
     }
     std::size_t filesInFolder() const {
         return static_cast<std::size_t>(
@@ -148,20 +124,20 @@ TEST_F(WaveChoiceTest, storesSamplesTruncatedAndWrappedAround) {
                                             -2.f, std::nanf(""), 1e30f, -kInfinite}),
                                     path),
               "");
-    EXPECT_EQ(stored(path),
+    EXPECT_EQ(SoundFiles::samplesOf(path),
               (std::vector<std::int16_t>{0, 32767, -32767, 32766, -32766, 0, -16386, 2, 0, -1, 0}));
     const WaveChoice::Loaded loaded = m_choice.setWaveTo(path);
     ASSERT_TRUE(loaded.wave);
     EXPECT_EQ(m_choice.currentWave()->sampleCount(), 11u);
     EXPECT_EQ(WaveChoice::storeWave(*sound({}), path), "");
-    EXPECT_TRUE(stored(path).empty());
+    EXPECT_TRUE(SoundFiles::samplesOf(path).empty());
     EXPECT_EQ(filesInFolder(), 1u);
 }
 
 TEST_F(WaveChoiceTest, storesNothingBeyondTheMemoryOfTheFirstWindow) {
     const auto two = sound({0.5f, 0.5f})->sequenceByAppendingSequence(*sound({0.25f, 0.25f}));
     ASSERT_EQ(WaveChoice::storeWave(*two, WaveChoice::dataFile("two.wav")), "");
-    EXPECT_EQ(stored(WaveChoice::dataFile("two.wav")),
+    EXPECT_EQ(SoundFiles::samplesOf(WaveChoice::dataFile("two.wav")),
               (std::vector<std::int16_t>{16383, 16383, 0, 0}));
 }
 

@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
 #include <random>
 #include <thread>
@@ -13,6 +12,7 @@
 #include "ManualClock.h"
 #include "RenderWatch.h"
 #include "ScratchFolder.h"
+#include "SoundFiles.h"
 #include "VornWaveSequence.h"
 #include "audiounits/devices/AudioDevices.h"
 #include "audiounits/devices/ClockDevice.h"
@@ -180,11 +180,8 @@ TEST_F(WaveHearingTest, aHeldNoteAndItsRecordingSurviveTheFirstAudition) {
     m_hearing.playFrom(1000, 3000);
     play(8);
     performance.toolbarRecordClicked();
-    std::ifstream file(performance.recordingPerformanceLastFilename(), std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    ASSERT_EQ(bytes.size(), 44 + 2 * played.size());
-    Heard recorded(played.size());
-    std::copy_n(bytes.data() + 44, bytes.size() - 44, reinterpret_cast<char*>(recorded.data()));
+    const Heard recorded = SoundFiles::samplesOf(performance.recordingPerformanceLastFilename());
+    ASSERT_EQ(recorded.size(), played.size());
     const Heard heard = counting(1000, 3000);
     int loud = 0;
     for (std::size_t i = 0; i < played.size(); ++i) {

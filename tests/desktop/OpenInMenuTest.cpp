@@ -11,28 +11,12 @@
 #include <fstream>
 #include <thread>
 
+#include "ManualClock.h"
 #include "PortalStandIn.h"
 #include "ScratchFolder.h"
 #include "SoundFiles.h"
-#include "runloop/Clock.h"
-#include "runloop/RunLoop.h"
 
 namespace {
-
-/// The main thread's time, moved by hand.
-class HandClock final : public TimeSource {
-  public:
-    HandClock() { Clock::setSource(this); }
-    ~HandClock() override { Clock::setSource(nullptr); }
-    double now() noexcept override { return m_now; }
-    void pass(double seconds) {
-        m_now += seconds;
-        RunLoop::main().turn();
-    }
-
-  private:
-    double m_now = 1000;
-};
 
 bool comesTo(const std::function<bool()>& truth) {
     for (int i = 0; i < 1000 && !truth(); ++i) {
@@ -68,7 +52,7 @@ class OpenInMenuTest : public testing::Test {
     }
 
     ScratchFolder m_folder;
-    HandClock m_clock;
+    ManualClock m_clock;
     std::string m_file = m_folder.file("a b.wav");
 };
 
@@ -85,14 +69,14 @@ TEST_F(OpenInMenuTest, handsTheFileToThePortalAndStaysTwoSecondsAfterTheMenu) {
         EXPECT_EQ(portal.opened, "a sound");
         EXPECT_TRUE(portal.options["ask"].toBool());
         hesitate();
-        m_clock.pass(60);
+        m_clock.step(60);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         ASSERT_TRUE(menu) << "as long as the menu is open";
         portal.respond(0);
         ASSERT_TRUE(comesTo([&] { return RunLoop::main().nextDue() < 1e9; }));
-        m_clock.pass(1.99);
+        m_clock.step(1.99);
         EXPECT_TRUE(menu);
-        m_clock.pass(0.02);
+        m_clock.step(0.02);
         EXPECT_TRUE(comesTo([&] { return !menu; }));
     }
     EXPECT_FALSE(std::filesystem::exists(m_folder.file("plain")));

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "DisplaySounds.h"
+#include "PieceSound.h"
 
 /// The columns of a tile, the slow obvious way: over one flat list of frames.
 struct TileModel {

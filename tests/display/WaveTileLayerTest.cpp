@@ -5,7 +5,9 @@
 
 #include <limits>
 
+#include "Dice.h"
 #include "DisplayClock.h"
+#include "HeldSound.h"
 #include "OneFrameFurther.h"
 #include "TileModel.h"
 #include "VornWave2.h"

@@ -6,8 +6,9 @@
 #include <cmath>
 #include <string>
 
+#include "Dice.h"
 #include "DisplayClock.h"
-#include "DisplaySounds.h"
+#include "HeldSound.h"
 
 namespace {
 

@@ -3,9 +3,8 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
+#include "Contents.h"
 #include "Ear.h"
 #include "Process.h"
 #include "RawPeer.h"
@@ -33,11 +32,7 @@ class ForeignPeerTest : public ::testing::Test {
     }
 
     bool says(const std::string& what) {
-        return m_ear.waitFor([&] {
-            std::ostringstream text;
-            text << std::ifstream(m_log).rdbuf();
-            return text.str().find(what) != std::string::npos;
-        });
+        return m_ear.waitFor([&] { return contentsOf(m_log).find(what) != std::string::npos; });
     }
 
     /// Both ways, once it takes part.

@@ -2,33 +2,20 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
+#include "Contents.h"
 #include "Ear.h"
 #include "Process.h"
 #include "ScratchFolder.h"
+#include "SystemBus.h"
 
 namespace {
 
 /// A bus of our own, and on it the daemon that announces and finds services.
 class NetworkDirectoryTest : public ::testing::Test {
   protected:
-    NetworkDirectoryTest() {
-        const std::string bus = m_scratch.file("bus");
-        std::ofstream(m_scratch.file("bus.conf"))
-            << "<busconfig><type>system</type><listen>unix:path=" << bus
-            << "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
-               "<allow own=\"*\"/><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-               "<allow eavesdrop=\"true\"/></policy></busconfig>";
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + bus).c_str(), 1);
-        m_bus = std::make_unique<Process>(
-            std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile",
-                                     "--config-file=" + m_scratch.file("bus.conf")});
-        for (int i = 0; i < 500 && !std::filesystem::exists(bus); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    NetworkDirectoryTest() { m_bus.start(); }
 
     /// Whether it stays: it needs rights that not every account has, and a machine has but one.
     bool startDaemon() {
@@ -40,11 +27,7 @@ class NetworkDirectoryTest : public ::testing::Test {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return says("Server startup complete");
     }
-    bool says(const char* what) const {
-        std::ostringstream text;
-        text << std::ifstream(m_log).rdbuf();
-        return text.str().find(what) != std::string::npos;
-    }
+    bool says(const char* what) const { return contentsOf(m_log).find(what) != std::string::npos; }
     void endDaemon() {
         m_daemon->terminate();
         std::filesystem::remove(m_log);
@@ -59,7 +42,8 @@ class NetworkDirectoryTest : public ::testing::Test {
 
     ScratchFolder m_scratch;
     const std::string m_log = m_scratch.file("daemon.log");
-    std::unique_ptr<Process> m_bus, m_daemon;
+    SystemBus m_bus{m_scratch.file("bus")};
+    std::unique_ptr<Process> m_daemon;
 };
 
 TEST_F(NetworkDirectoryTest, sessionsFindOneAnotherWheneverTheDaemonIsThere) {

@@ -2,14 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "audiounits/MultichannelMixer.h"
-
-namespace {
-
-const AudioComponentDescription kMixer{fourCC("aumx"), fourCC("mcmx"), fourCC("appl"), 0, 0};
-
-}  // namespace
-
 TEST(AudioComponent, isFoundByTypeSubtypeAndManufacturerAndMadeIntoInstances) {
     for (const auto& [type, subtype] :
          {std::pair{fourCC("auou"), fourCC("rioc")}, std::pair{fourCC("aumx"), fourCC("mcmx")},
@@ -30,17 +22,6 @@ TEST(AudioComponent, isFoundByTypeSubtypeAndManufacturerAndMadeIntoInstances) {
     EXPECT_FALSE(AudioComponentFindNext(nullptr, &stranger));
     AudioUnit unit = nullptr;
     EXPECT_EQ(AudioComponentInstanceNew(nullptr, &unit), kAudio_ParamError);
-}
-
-TEST(AudioComponent, aTestsOwnComesFirstAndCanBeTakenAway) {
-    auto& registry = AudioComponentRegistry::shared();
-    const AudioComponent real = AudioComponentFindNext(nullptr, &kMixer);
-    const AudioComponent own =
-        registry.add({kMixer, [] { return std::make_unique<MultichannelMixer>(); }});
-    EXPECT_EQ(AudioComponentFindNext(nullptr, &kMixer), own);
-    EXPECT_EQ(AudioComponentFindNext(own, &kMixer), real);
-    registry.remove(own);
-    EXPECT_EQ(AudioComponentFindNext(nullptr, &kMixer), real);
 }
 
 TEST(AudioComponent, callsOnNoInstanceAreBadArguments) {

@@ -5,34 +5,18 @@
 #include <cmath>
 #include <vector>
 
+#include "RenderedUnit.h"
 #include "StreamSource.h"
 #include "Tone.h"
 
 namespace {
 
-template <typename T>
-OSStatus set(FormatConverter& unit, AudioUnitPropertyID property, AudioUnitScope scope,
-             const T& value) {
-    return unit.setProperty(property, scope, 0, &value, sizeof value);
-}
-
 OSStatus connect(FormatConverter& unit, const AURenderCallbackStruct& source,
                  const StreamDescription& from, const StreamDescription& to) {
-    set(unit, kAudioUnitProperty_SetRenderCallback, kAudioUnitScope_Input, source);
-    set(unit, kAudioUnitProperty_StreamFormat, kAudioUnitScope_Input, from);
-    set(unit, kAudioUnitProperty_StreamFormat, kAudioUnitScope_Output, to);
+    setUnit(&unit, kAudioUnitProperty_SetRenderCallback, kAudioUnitScope_Input, 0, source);
+    setUnit(&unit, kAudioUnitProperty_StreamFormat, kAudioUnitScope_Input, 0, from);
+    setUnit(&unit, kAudioUnitProperty_StreamFormat, kAudioUnitScope_Output, 0, to);
     return unit.initialise();
-}
-
-template <typename Sample>
-std::vector<Sample> render(FormatConverter& unit, std::uint32_t frames, std::uint32_t channels) {
-    std::vector<Sample> out(std::size_t{frames} * channels);
-    auto list = AudioBufferList::single(out.data(), channels,
-                                        static_cast<std::uint32_t>(out.size() * sizeof(Sample)));
-    AudioUnitRenderActionFlags flags = 0;
-    const AudioTimeStamp time;
-    EXPECT_EQ(unit.render(&flags, &time, 0, frames, &list), noErr);
-    return out;
 }
 
 }  // namespace
@@ -43,14 +27,15 @@ TEST(FormatConverter, changesSampleFormatAndChannels) {
     ASSERT_EQ(connect(toMono, pairs.callback(), StreamDescription::float32(2),
                       StreamDescription::sint16(1)),
               noErr);
-    EXPECT_EQ(render<std::int16_t>(toMono, 3, 1), (std::vector<std::int16_t>{4096, 4096, 4096}));
+    EXPECT_EQ(renderUnit<std::int16_t>(&toMono, 3, 1, 3),
+              (std::vector<std::int16_t>{4096, 4096, 4096}));
     StreamSource<std::int16_t> mono{
         [](auto frame, auto) { return static_cast<std::int16_t>(frame * 16384); }};
     FormatConverter toStereo;
     ASSERT_EQ(connect(toStereo, mono.callback(), StreamDescription::sint16(1),
                       StreamDescription::float32(2)),
               noErr);
-    EXPECT_EQ(render<float>(toStereo, 2, 2), (std::vector<float>{0.f, 0.f, 0.5f, 0.5f}));
+    EXPECT_EQ(renderUnit<float>(&toStereo, 2, 2, 2), (std::vector<float>{0.f, 0.f, 0.5f, 0.5f}));
 }
 
 TEST(FormatConverter, keepsPitchAndLevelAtAnotherRateWhateverTheBuffers) {
@@ -65,7 +50,7 @@ TEST(FormatConverter, keepsPitchAndLevelAtAnotherRateWhateverTheBuffers) {
                   noErr);
         std::vector<float> all;
         for (const std::uint32_t frames : {1u, 7u, 8192u, 64u, 1023u, 8192u, 4000u, 8192u}) {
-            const auto part = render<float>(unit, frames, 1);
+            const auto part = renderUnit<float>(&unit, frames, 1, frames);
             all.insert(all.end(), part.begin(), part.end());
         }
         const Tone heard = Tone::measure(std::span(all).subspan(1024), 44100);
@@ -87,6 +72,6 @@ TEST(FormatConverter, refusesWhatItCannotDo) {
     ASSERT_EQ(connect(unit, {}, StreamDescription::float32(1), StreamDescription::float32(1)),
               noErr);
     EXPECT_EQ(unit.render(&flags, &time, 0, 1, &none), kAudioUnitErr_NoConnection);
-    EXPECT_EQ(set(unit, kAudioUnitProperty_ElementCount, kAudioUnitScope_Input, 2u),
+    EXPECT_EQ(setUnit(&unit, kAudioUnitProperty_ElementCount, kAudioUnitScope_Input, 0, 2u),
               kAudioUnitErr_InvalidProperty);
 }

@@ -6,22 +6,10 @@
 #include <random>
 #include <vector>
 
+#include "HeardMessages.h"
 #include "midi/network/OutgoingStream.h"
 
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-using Messages = std::vector<Bytes>;
-
-class Heard final : public MidiCommandSink {
-  public:
-    void command(std::span<const std::uint8_t> message) override {
-        messages.emplace_back(message.begin(), message.end());
-        notes.follow(message);
-    }
-    Messages messages;
-    PeerNotes notes;
-};
 
 /// What one packet brings; -1 for no journal, else the checkpoint of one with these two lists.
 struct Packet {
@@ -52,7 +40,7 @@ Bytes journalOf(const Packet& packet) {
 }
 
 Messages heardFrom(const std::vector<Packet>& packets) {
-    Heard heard;
+    HeardMessages heard;
     IncomingStream stream(heard);
     for (const Packet& packet : packets) {
         RtpMidiPacket parsed;
@@ -130,7 +118,7 @@ TEST(IncomingStream, everyNoteIsRightAtEachPacketWithAJournal) {
     for (unsigned seed = 1; seed <= 20; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        Heard heard;
+        HeardMessages heard;
         IncomingStream incoming(heard);
         OutgoingStream outgoing(1, std::uint16_t(random()));
         PeerNotes sender;

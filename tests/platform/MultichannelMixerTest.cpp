@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "RenderedUnit.h"
 #include "StreamSource.h"
 
 namespace {
@@ -17,7 +18,7 @@ class MixerTest : public testing::Test {
     template <typename T>
     OSStatus set(AudioUnitPropertyID property, AudioUnitElement element, const T& value,
                  AudioUnitScope scope = kAudioUnitScope_Input) {
-        return m_mixer.setProperty(property, scope, element, &value, sizeof value);
+        return setUnit(&m_mixer, property, scope, element, value);
     }
     void setBuses(std::uint32_t count) {
         ASSERT_EQ(set(kAudioUnitProperty_ElementCount, 0, count), noErr);
@@ -28,13 +29,8 @@ class MixerTest : public testing::Test {
         ASSERT_EQ(set(kAudioUnitProperty_StreamFormat, element, format), noErr);
         ASSERT_EQ(set(kAudioUnitProperty_SetRenderCallback, element, source.callback()), noErr);
     }
-    std::vector<std::int16_t> render(std::uint32_t frames, OSStatus expected = noErr) {
-        std::vector<std::int16_t> out(frames, 77);
-        auto list = AudioBufferList::single(out.data(), 1, frames * 2);
-        AudioUnitRenderActionFlags flags = 0;
-        const AudioTimeStamp time;
-        EXPECT_EQ(m_mixer.render(&flags, &time, 0, frames, &list), expected);
-        return out;
+    std::vector<std::int16_t> render(std::uint32_t frames) {
+        return renderUnit<std::int16_t>(&m_mixer, frames, 1, frames);
     }
 
     MultichannelMixer m_mixer;
@@ -91,7 +87,10 @@ TEST_F(MixerTest, aFailingBusIsLeftOutAndNothingAtAllIsSilence) {
 }
 
 TEST_F(MixerTest, answersWrongCallsWithThePlatformsCodes) {
-    render(kFrames, kAudioUnitErr_Uninitialized);
+    AudioBufferList none;
+    AudioUnitRenderActionFlags flags = 0;
+    const AudioTimeStamp time;
+    EXPECT_EQ(m_mixer.render(&flags, &time, 0, kFrames, &none), kAudioUnitErr_Uninitialized);
     const std::uint32_t two = 2;
     const std::uint8_t byte = 2;
     EXPECT_EQ(set(4711, 0, two), kAudioUnitErr_InvalidProperty);

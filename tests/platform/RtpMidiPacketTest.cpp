@@ -4,20 +4,10 @@
 
 #include <vector>
 
+#include "HeardMessages.h"
 #include "midi/network/MidiCommandList.h"
 
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
-using Messages = std::vector<Bytes>;
-
-class Heard final : public MidiCommandSink {
-  public:
-    void command(std::span<const std::uint8_t> message) override {
-        messages.emplace_back(message.begin(), message.end());
-    }
-    Messages messages;
-};
 
 /// Header of packet 0x1234 of stream 0x89ABCDEF.
 Bytes packet(const Bytes& payload, std::uint8_t first = 0x80, const Bytes& more = {}) {
@@ -37,7 +27,7 @@ Bytes list(const Bytes& commands, std::uint8_t flags = 0) {
 }
 
 Messages heardFrom(const std::vector<Bytes>& packets) {
-    Heard heard;
+    HeardMessages heard;
     ExclusiveJoiner exclusive;
     for (const Bytes& bytes : packets) {
         if (const auto parsed = RtpMidiPacket::read(bytes))

@@ -4,16 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "Contents.h"
 #include "SoundFiles.h"
-
-namespace {
-
-std::string contents(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-}  // namespace
 
 std::vector<ForeignReaders::Reading> ForeignReaders::readAll(const std::string& path, bool floats) {
     const std::string in = "'" + path + "' ";
@@ -33,7 +25,7 @@ std::vector<ForeignReaders::Reading> ForeignReaders::readAll(const std::string& 
     std::vector<Reading> readings;
     for (const auto& [reader, command] : commands) {
         const bool opened = SoundFiles::runs(command);
-        readings.push_back({reader, opened, contents(raw)});
+        readings.push_back({reader, opened, contentsOf(raw)});
         std::filesystem::remove(raw);
     }
     return readings;

@@ -2,9 +2,12 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
+
+#include "Contents.h"
 
 namespace {
 
@@ -31,6 +34,15 @@ std::string SoundFiles::wav(const WavShape& shape, const std::string& data) {
     file += "data";
     append(file, shape.claim.value_or(size), 4);
     return file + data;
+}
+
+std::vector<std::int16_t> SoundFiles::samplesOf(const std::string& path) {
+    constexpr std::size_t kHeader = 44;
+    const std::string bytes = contentsOf(path);
+    std::vector<std::int16_t> samples(bytes.size() < kHeader ? 0 : (bytes.size() - kHeader) / 2);
+    if (!samples.empty())
+        std::memcpy(samples.data(), bytes.data() + kHeader, samples.size() * 2);
+    return samples;
 }
 
 std::vector<double> SoundFiles::noise(std::size_t count, int bits) {

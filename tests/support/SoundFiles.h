@@ -25,6 +25,9 @@ std::string bytes(const std::vector<Sample>& samples) {
     return {reinterpret_cast<const char*>(samples.data()), samples.size() * sizeof(Sample)};
 }
 
+/// Of a WAV file of 16 bits with the smallest header; none where there is no such file.
+std::vector<std::int16_t> samplesOf(const std::string& path);
+
 /// Values in [-1, 1) that are whole multiples of 2^(1 - bits), from a fixed seed.
 std::vector<double> noise(std::size_t count, int bits);
 

@@ -9,7 +9,6 @@
 #include "PlainEnvelope.h"
 #include "SameBits.h"
 #include "TestUnits.h"
-#include "runloop/Clock.h"
 
 namespace {
 
@@ -127,17 +126,6 @@ TEST(ADSRShaper, keepsItsPromises) {
     voice.shaper.untriggerFinished();
     EXPECT_EQ(voice.shaper.state().triggered, kADSRIdle);
     EXPECT_EQ(voice.target.untriggers, 1);
-}
-
-TEST(ADSRShaper, stampsTriggersWithTheProgramsClock) {
-    struct Fixed : TimeSource {
-        double now() noexcept override { return 1234.5; }
-    } fixed;
-    Clock::setSource(&fixed);
-    ADSRShaper shaper;
-    shaper.trigger();
-    Clock::setSource(nullptr);
-    EXPECT_EQ(shaper.state().when, 1234.5);
 }
 
 // The key comes down again in the very render that finds the release over: the lock passes to the

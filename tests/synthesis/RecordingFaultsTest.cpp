@@ -1,6 +1,5 @@
 // What becomes of a recording when the program or the disk fails it.
 #include <gmock/gmock.h>
-#include <sched.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
@@ -14,6 +13,7 @@
 #include "ForeignReaders.h"
 #include "RecordedRun.h"
 #include "ScratchFolder.h"
+#include "SmallDisk.h"
 #include "SoundFiles.h"
 #include "log/Log.h"
 
@@ -21,27 +21,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
-
-/// A small disk of its own on a new folder, seen by this process only.
-class SmallDisk {
-  public:
-    SmallDisk(const std::string& folder, const char* options, unsigned long flags = 0)
-        : m_folder(folder) {
-        std::filesystem::create_directory(folder);
-        m_mounted = unshare(CLONE_NEWNS) == 0 &&
-                    mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                    mount("tmpfs", folder.c_str(), "tmpfs", flags, options) == 0;
-    }
-    ~SmallDisk() {
-        if (m_mounted)
-            umount2(m_folder.c_str(), MNT_DETACH);
-    }
-    bool mounted() const { return m_mounted; }
-
-  private:
-    std::string m_folder;
-    bool m_mounted;
-};
 
 void expectReadEverywhere(const std::string& path, const std::vector<std::int16_t>& samples) {
     for (const auto& reading : ForeignReaders::readAll(path)) {
@@ -106,8 +85,8 @@ TEST(RecordingFaults, aKillLosesNoMoreThanTheLastSecond) {
 
 TEST(RecordingFaults, aFullDiskEndsTheRecordingOnly) {
     const ScratchFolder folder;
-    const SmallDisk disk(folder.file("disk"), "size=512k");
-    if (!disk.mounted())
+    const SmallDisk disk(folder.file("disk"), 0, "512k");
+    if (!disk.there())
         GTEST_SKIP() << "only root may mount a small disk";
     RecordedRun run;
     Log::clear();
@@ -143,7 +122,7 @@ TEST(RecordingFaults, aFullDiskEndsTheRecordingOnly) {
 
 TEST(RecordingFaults, whatCannotBeCreatedIsSaidAndPlayingGoesOn) {
     const ScratchFolder folder;
-    const SmallDisk disk(folder.file("disk"), "size=64k", MS_RDONLY);
+    const SmallDisk disk(folder.file("disk"), MS_RDONLY);
     std::filesystem::create_directory(folder.file("folder.wav"));
     ASSERT_EQ(mkfifo(folder.file("pipe.wav").c_str(), 0600), 0);
     std::vector<std::pair<std::string, std::string>> faults{
@@ -151,7 +130,7 @@ TEST(RecordingFaults, whatCannotBeCreatedIsSaidAndPlayingGoesOn) {
          "cannot be written: its folder does not exist; make the folder or choose another"},
         {"folder.wav", "is a folder; choose another name"},
         {"pipe.wav", "is a pipe or a device; choose another name"}};
-    if (disk.mounted())
+    if (disk.there())
         faults.emplace_back("disk/a.wav",
                             "cannot be written: the disk is read-only; choose a folder on another");
     for (const auto& [name, problem] : faults) {

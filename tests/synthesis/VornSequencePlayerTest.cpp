@@ -103,7 +103,7 @@ TEST(VornSequencePlayer, isThePlainPlayerToTheBit) {
         Dice dice(convert ? 71 : 72);
         VornSequencePlayer player(nullptr, convert);
         PlainPlayer plain(convert);
-        HandClock clock;
+        ManualClock clock;
         for (int i = 0; i < 4000; ++i) {
             SCOPED_TRACE(i);
             if (dice.oneIn(40)) {
@@ -138,7 +138,7 @@ TEST(VornSequencePlayer, isThePlainPlayerToTheBit) {
             ASSERT_EQ(player.playPosition(), plain.playPosition());
             ASSERT_EQ(player.peakValueL(), plain.left);
             ASSERT_EQ(player.peakValueR(), plain.right);
-            clock.pass(0.02);
+            clock.step(0.02);
         }
     }
 }
@@ -164,7 +164,7 @@ TEST(VornSequencePlayer, writesAMonoBufferOneSampleAFrame) {
 }
 
 TEST(VornSequencePlayer, lastsUntilItsHalfSecondIsOverAndNoRenderReachesIt) {
-    HandClock clock;
+    ManualClock clock;
     auto first = numbered(1, 100);
     auto second = numbered(2, 100);
     const std::weak_ptr<WindowSound> old = first;
@@ -176,26 +176,26 @@ TEST(VornSequencePlayer, lastsUntilItsHalfSecondIsOverAndNoRenderReachesIt) {
         // A render that began before the change, and does not end.
         const RenderReach::Render stuck(player.data()->reach, player.data()->pending.readCount());
         player.setSequence(std::move(second));
-        clock.pass(0.49);
+        clock.step(0.49);
         EXPECT_FALSE(old.expired());
-        clock.pass(0.02);
+        clock.step(0.02);
         EXPECT_FALSE(old.expired());
     }
-    clock.pass(0.5);
+    clock.step(0.5);
     EXPECT_TRUE(old.expired());  // although no render has taken the change
     // A render that cannot take the change is told not to look.
     EXPECT_FALSE(RenderReach::Render(player.data()->reach, 1).mayKeep());
     EXPECT_EQ(renderStereo<float>(player, 1)[0], float(2 * kRange));
     player.setSequence(numbered(3, 100));
     renderStereo<float>(player, 1);
-    clock.pass(0.4);
+    clock.step(0.4);
     EXPECT_FALSE(older.expired());
-    clock.pass(0.2);
+    clock.step(0.2);
     EXPECT_TRUE(older.expired());
 }
 
 TEST(VornSequencePlayer, leavesNothingBehindWhenItGoes) {
-    HandClock clock;
+    ManualClock clock;
     auto sound = numbered(1, 100);
     const std::weak_ptr<WindowSound> old = sound;
     {
@@ -204,12 +204,12 @@ TEST(VornSequencePlayer, leavesNothingBehindWhenItGoes) {
         EXPECT_FALSE(old.expired());
     }
     EXPECT_TRUE(old.expired());
-    clock.pass(1);
+    clock.step(1);
 }
 
 // One thread seeks, changes sounds and lets them go; another renders.
 TEST(VornSequencePlayer, playsOnlyWhatItWasGivenWhileItIsBeingChanged) {
-    HandClock clock;
+    ManualClock clock;
     VornSequencePlayer player;
     player.setLooping(true);
     Dice dice(73);

@@ -122,7 +122,7 @@ TEST(VornSequenceScrubber, isThePlainScrubberToTheBit) {
     Dice dice(81);
     VornSequenceScrubber scrubber;
     PlainScrubber plain;
-    HandClock clock;
+    ManualClock clock;
     std::ptrdiff_t heard = 0;
     for (int i = 0; i < 6000; ++i) {
         SCOPED_TRACE(i);
@@ -150,7 +150,7 @@ TEST(VornSequenceScrubber, isThePlainScrubberToTheBit) {
         inRender([&] { wanted = plain.render(frames); });
         ASSERT_EQ(renderStereo<std::int16_t>(scrubber, frames), wanted);
         heard += std::ranges::count_if(wanted, [](std::int16_t sample) { return sample != 0; });
-        clock.pass(0.02);
+        clock.step(0.02);
     }
     EXPECT_GT(heard, 500000);
 }
@@ -211,7 +211,7 @@ TEST(VornSequenceScrubber, keepsTheLevelWhilePlacesFollowEachOther) {
 }
 
 TEST(VornSequenceScrubber, doesNotTakeANewListForTheOldOneAtItsAddress) {
-    HandClock clock;
+    ManualClock clock;
     VornSequenceScrubber scrubber;
     // Many windows, played near the last; then lists of one window while nothing renders.
     std::vector<WindowSound::Piece> pieces(2, {0, std::vector<float>(3000, 0.5f)});
@@ -221,7 +221,7 @@ TEST(VornSequenceScrubber, doesNotTakeANewListForTheOldOneAtItsAddress) {
     const auto* const old = scrubber.data()->list;
     for (int i = 0; i < 100; ++i) {
         scrubber.setSequence(nullptr);
-        clock.pass(0.6);
+        clock.step(0.6);
         auto other = std::make_shared<WindowSound>(
             std::vector<WindowSound::Piece>{{0, std::vector<float>(10, 0.25f)}, {0, {}}});
         scrubber.setSequence(std::move(other));
@@ -235,7 +235,7 @@ TEST(VornSequenceScrubber, doesNotTakeANewListForTheOldOneAtItsAddress) {
 // One thread scrubs and changes sounds; another renders. Every sound is steady at a level of its
 // own, and goes silent (and -1) when it is gone.
 TEST(VornSequenceScrubber, isHeardWhileItIsBeingChanged) {
-    HandClock clock;
+    ManualClock clock;
     VornSequenceScrubber scrubber;
     scrubber.setGain(1.f);
     Dice dice(83);

@@ -8,29 +8,21 @@
 #include <thread>
 #include <vector>
 
+#include "ManualClock.h"
+#include "PieceSound.h"
 #include "RenderWatch.h"
 #include "TestUnits.h"
-#include "WaveAccess.h"
-#include "runloop/Clock.h"
-#include "runloop/RunLoop.h"
 
-/// A sound made of windows of any format and length, none included. Its samples turn to -1 when it
+/// Hands out all of its windows at once, those without frames too. Its samples turn to -1 when it
 /// goes.
-class WindowSound : public WaveSequenceAccess {
+class WindowSound : public PieceSound {
   public:
-    struct Piece {
-        std::int32_t format;
-        std::vector<float> samples;  // one or two floats a frame, by the format
-        std::uint32_t frames() const {
-            return std::uint32_t(samples.size() / (format == 0 ? 1 : 2));
-        }
-    };
     struct Frame {
         float left, right;
         bool stereo;
     };
 
-    explicit WindowSound(std::vector<Piece> pieces) : m_pieces(std::move(pieces)) {}
+    using PieceSound::PieceSound;
     ~WindowSound() override {
         for (Piece& piece : m_pieces)
             std::ranges::fill(piece.samples, -1.f);
@@ -66,37 +58,19 @@ class WindowSound : public WaveSequenceAccess {
         return all;
     }
 
-    std::uint32_t sampleCount() const override {
-        std::uint32_t count = 0;
-        for (const Piece& piece : m_pieces)
-            count += piece.frames();
-        return count;
-    }
-    const StreamDescription* audioDescription() const override { return &m_description; }
     WaveWindowList retrieveWindowsAt(std::uint32_t, std::uint32_t* count) const override {
         *count = sampleCount();
         if (m_pieces.empty())
             return nullptr;
         auto list = std::make_unique<WaveWindow[]>(m_pieces.size() + 1);
-        static const float nothing[2] = {};
         for (std::size_t i = 0; i < m_pieces.size(); ++i) {
             const Piece& piece = m_pieces[i];
-            const float* data = piece.samples.empty() ? nothing : piece.samples.data();
-            list[i] = {this, data + (piece.format == 2), piece.frames(), piece.format};
+            const float* data =
+                piece.samples.empty() ? &kNothing : piece.samples.data() + (piece.format == 2);
+            list[i] = {this, data, piece.frames(), piece.format};
         }
         return list;
     }
-    std::uint32_t write(std::uint32_t, float*) const override { return 0; }
-    std::shared_ptr<VornWave2> flattenInto(const std::string&, std::uint32_t) const override {
-        return nullptr;
-    }
-    std::shared_ptr<VornWaveSequence> sliceFrom(std::uint32_t, std::uint32_t) const override {
-        return nullptr;
-    }
-
-  private:
-    std::vector<Piece> m_pieces;
-    StreamDescription m_description = StreamDescription::float32(2);
 };
 
 /// Renders stereo, as a mixer asks for it.
@@ -115,26 +89,10 @@ std::vector<Sample> renderStereo(const VornUnit& unit, std::uint32_t frames,
     return out;
 }
 
-/// A clock that the test turns.
-class HandClock final : public TimeSource {
-  public:
-    HandClock() { Clock::setSource(this); }
-    ~HandClock() override { Clock::setSource(nullptr); }
-    double now() noexcept override { return m_now; }
-    /// Lets time pass and calls what is due.
-    void pass(double seconds) {
-        m_now += seconds;
-        RunLoop::main().turn();
-    }
-
-  private:
-    double m_now = 0;
-};
-
 /// Renders buffer after buffer on a thread of its own while this one makes changes; after every
 /// other change, as the dice fall, a whole buffer is waited for.
 template <typename Render, typename Change>
-void changeWhileRendering(HandClock& clock, Dice& dice, Render renderBuffer, Change change) {
+void changeWhileRendering(ManualClock& clock, Dice& dice, Render renderBuffer, Change change) {
     std::atomic<bool> done{false};
     std::atomic<int> buffers{0};
     RenderWatch watch;
@@ -144,7 +102,7 @@ void changeWhileRendering(HandClock& clock, Dice& dice, Render renderBuffer, Cha
     });
     for (int i = 0; i < 500; ++i) {
         change();
-        clock.pass(0.1);
+        clock.step(0.1);
         if (dice.oneIn(2)) {
             for (const int seen = buffers; buffers < seen + 2;)
                 std::this_thread::yield();

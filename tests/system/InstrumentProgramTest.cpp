@@ -4,10 +4,9 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <thread>
 
+#include "Contents.h"
 #include "Process.h"
 #include "ScratchFolder.h"
 
@@ -35,10 +34,7 @@ class InstrumentProgramTest : public testing::Test {
         words.insert(words.end(), arguments.begin(), arguments.end());
         return words;
     }
-    std::string said() const {
-        std::ifstream file(m_config.file("said"));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string said() const { return contentsOf(m_config.file("said")); }
     int run(const std::vector<std::string>& changes, const std::vector<std::string>& arguments) {
         return Process(command(changes, arguments), m_config.file("said")).wait();
     }

@@ -81,18 +81,6 @@ TEST_F(PlayCommandTest, isHeardOnJackAndOutlivesTheServer) {
     EXPECT_EQ(m_program->wait(), 0);
 }
 
-TEST_F(PlayCommandTest, letsASoundBeAuditionedOnJack) {
-    JackServer server;
-    server.start();
-    m_program =
-        std::make_unique<Process>(std::vector<std::string>{OMBRIX_PROGRAM, "audition", "Sine Wave",
-                                                           "--loop", "--device", "jack"},
-                                  m_folder.file("log"));
-    expectTheNote(onJack);
-    m_program->signal(SIGINT);
-    EXPECT_EQ(m_program->wait(), 0);
-}
-
 TEST_F(PlayCommandTest, isHeardOnPulseAudioAndOutlivesTheServer) {
     PulseServer server;
     server.start();

@@ -7,15 +7,11 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <chrono>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <thread>
 
-#include "Process.h"
 #include "ScratchFolder.h"
+#include "SystemBus.h"
 
 namespace {
 
@@ -30,29 +26,13 @@ const std::string& busPath() {
 // priority cannot be had on a machine that builds programs.
 class FakeRealTimeKit {
   public:
-    FakeRealTimeKit() {
-        std::ofstream(m_scratch.file("bus.conf"))
-            << "<busconfig><type>system</type><listen>unix:path=" << busPath()
-            << "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
-               "<allow own=\"*\"/><allow send_destination=\"*\"/><allow eavesdrop=\"true\"/>"
-               "</policy></busconfig>";
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + busPath()).c_str(), 1);
-    }
     ~FakeRealTimeKit() {
         m_serving = false;
         if (m_thread.joinable())
             m_thread.join();
-        m_bus.reset();
-        std::filesystem::remove(busPath());
     }
 
-    void startBus() {
-        m_bus = std::make_unique<Process>(
-            std::vector<std::string>{"dbus-daemon", "--nofork", "--nopidfile",
-                                     "--config-file=" + m_scratch.file("bus.conf")});
-        for (int i = 0; i < 500 && !std::filesystem::exists(busPath()); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
+    void startBus() { m_bus.start(); }
 
     void startService(bool consents) {
         m_consents = consents;
@@ -123,8 +103,7 @@ class FakeRealTimeKit {
         reply = dbus_message_new_error(call, DBUS_ERROR_ACCESS_DENIED, "no");
     }
 
-    ScratchFolder m_scratch;
-    std::unique_ptr<Process> m_bus;
+    SystemBus m_bus{busPath()};
     std::atomic<bool> m_serving{false};
     bool m_consents = false;
     std::thread m_thread;

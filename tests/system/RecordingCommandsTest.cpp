@@ -10,6 +10,7 @@
 #include <set>
 #include <thread>
 
+#include "Contents.h"
 #include "JackServer.h"
 #include "PulseServer.h"
 #include "SoundFiles.h"
@@ -46,8 +47,7 @@ class RecordingCommandsTest : public testing::Test {
     }
     /// What the program said since the last call.
     std::string said() {
-        std::ifstream file(m_log);
-        const std::string all(std::istreambuf_iterator<char>(file), {});
+        const std::string all = contentsOf(m_log);
         std::filesystem::remove(m_log);
         return all;
     }

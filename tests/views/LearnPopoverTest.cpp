@@ -1,17 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QTest>
-#include <cstdlib>
 
-#include "Fingers.h"
-#include "ScratchFolder.h"
+#include "SceneTest.h"
 #include "dial/DialView.h"
-#include "screens/MainLoop.h"
-#include "screens/OmbrixViewController.h"
 
 namespace {
 
@@ -31,53 +21,15 @@ constexpr QPoint kKnob{140, 340};
 constexpr QPoint kElsewhere{600, 600};
 
 /// The dial of the filter's cutoff, and the instrument that it turns.
-class LearnPopoverTest : public testing::Test {
+class LearnPopoverTest : public SceneTest {
   protected:
+    LearnPopoverTest() : SceneTest(kScene) {}
     void SetUp() override {
-        setenv("OMBRIX_DATA", m_folder.path().c_str(), 1);
-        setenv("XDG_CONFIG_HOME", m_folder.path().c_str(), 1);
-        m_controller = std::make_unique<OmbrixViewController>();
-        m_controller->viewDidLoad();
-        m_engine.addImportPath("qrc:/qt/qml");
-        QQmlComponent component(&m_engine);
-        component.setData(kScene, QUrl("qrc:/test.qml"));
-        m_made.reset(component.createWithInitialProperties(
-            {{"controller", QVariant::fromValue(m_controller.get())}}));
-        ASSERT_TRUE(m_made) << qPrintable(component.errorString());
-        m_window = qobject_cast<QQuickWindow*>(m_made.get());
-        m_window->requestActivate();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(m_window));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !m_controller->arriving(); }));
-        m_fingers = std::make_unique<Fingers>(*m_window);
+        SceneTest::SetUp();
         m_controller->midi()->controllers()->setEnabled(true);
         cutoff().tweak(cutoff().maxValue() / 2);
     }
     DialState& cutoff() { return m_controller->dials()->dial(ParameterId::filterCutoff); }
-
-    static QQuickItem* itemBelow(QQuickItem* top, const QString& name) {
-        for (QQuickItem* item : top->childItems()) {
-            QQuickItem* const found = !item->isVisible()           ? nullptr
-                                      : item->objectName() == name ? item
-                                                                   : itemBelow(item, name);
-            if (found)
-                return found;
-        }
-        return nullptr;
-    }
-    QQuickItem* item(const QString& name) { return itemBelow(m_window->contentItem(), name); }
-    bool comes(const QString& name) {
-        return QTest::qWaitFor([&] { return item(name) != nullptr; });
-    }
-    bool goes(const QString& name) {
-        return QTest::qWaitFor([&] { return item(name) == nullptr; });
-    }
-    void tap(const QString& name) {
-        QQuickItem* const found = item(name);
-        ASSERT_TRUE(found) << qPrintable(name);
-        const QPoint at = found->mapToScene({found->width() / 2, found->height() / 2}).toPoint();
-        m_fingers->press(5, at);
-        m_fingers->release(5);
-    }
     void moveController(int number, int value) {
         m_controller->midiControls().perform(
             {MidiMessage::Kind::control, std::uint8_t(number), std::uint8_t(value), 1, 0}, "Knobs");
@@ -86,14 +38,6 @@ class LearnPopoverTest : public testing::Test {
         QQuickItem* const found = item("learnBadge");
         return found ? found->property("controllers").toString() : "none";
     }
-
-    ScratchFolder m_folder;
-    std::unique_ptr<OmbrixViewController> m_controller;
-    MainLoop m_loop;
-    QQmlEngine m_engine;
-    std::unique_ptr<QObject> m_made;
-    std::unique_ptr<Fingers> m_fingers;
-    QQuickWindow* m_window = nullptr;
 };
 
 }  // namespace

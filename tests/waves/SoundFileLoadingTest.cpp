@@ -4,9 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 
+#include "Contents.h"
 #include "LoadedWave.h"
 #include "ScratchFolder.h"
 #include "SoundFiles.h"
@@ -38,8 +37,7 @@ double deviation(const LoadedWave& wave, const std::vector<double>& model, std::
 }
 
 std::vector<std::int16_t> readIntegers(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = contentsOf(path);
     std::vector<std::int16_t> values(bytes.size() / 2);
     std::copy_n(bytes.data(), values.size() * 2, reinterpret_cast<char*>(values.data()));
     return values;

@@ -43,9 +43,7 @@ OSStatus HardwareIO::setProperty(AudioUnitPropertyID property, AudioUnitScope sc
             return setFormat(scope, element, data, size);
         case kAudioUnitProperty_MakeConnection:
         case kAudioUnitProperty_SetRenderCallback:
-            if (scope != kAudioUnitScope_Input)
-                return kAudioUnitErr_InvalidScope;
-            return m_inputs.setProperty(property, element, data, size);
+            return m_inputs.setProperty(property, scope, element, data, size);
         default:
             return kAudioUnitErr_InvalidProperty;
     }
@@ -83,7 +81,7 @@ OSStatus HardwareIO::setFormat(AudioUnitScope scope, AudioUnitElement element, c
     if (!StreamConversion::supports(format) || format.mSampleRate != kGraphRate)
         return kAudioUnitErr_FormatNotSupported;
     if (element == kOutputElement)
-        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, element, data, size);
+        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, scope, element, data, size);
     m_captureFormat = format;
     return noErr;
 }

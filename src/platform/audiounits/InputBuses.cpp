@@ -25,8 +25,10 @@ void InputBuses::setCount(std::uint32_t count) {
     publish(std::move(changed));
 }
 
-OSStatus InputBuses::setProperty(AudioUnitPropertyID property, AudioUnitElement element,
-                                 const void* data, std::uint32_t size) {
+OSStatus InputBuses::setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
+                                 AudioUnitElement element, const void* data, std::uint32_t size) {
+    if (scope != kAudioUnitScope_Input)
+        return kAudioUnitErr_InvalidScope;
     if (element >= table().size())
         return kAudioUnitErr_InvalidElement;
     if (property == kAudioUnitProperty_MakeConnection) {

@@ -39,8 +39,8 @@ class InputBuses {
 
     /// [control] The properties of an input bus that every component shares: connection, render
     /// callback, stream format. A connection brings its source's output format along.
-    OSStatus setProperty(AudioUnitPropertyID property, AudioUnitElement element, const void* data,
-                         std::uint32_t size);
+    OSStatus setProperty(AudioUnitPropertyID property, AudioUnitScope scope,
+                         AudioUnitElement element, const void* data, std::uint32_t size);
 
   private:
     void publish(Table table);

@@ -23,9 +23,7 @@ OSStatus StreamUnit::setProperty(AudioUnitPropertyID property, AudioUnitScope sc
             return setFormat(scope, element, data, size);
         case kAudioUnitProperty_MakeConnection:
         case kAudioUnitProperty_SetRenderCallback:
-            if (scope != kAudioUnitScope_Input)
-                return kAudioUnitErr_InvalidScope;
-            return m_inputs.setProperty(property, element, data, size);
+            return m_inputs.setProperty(property, scope, element, data, size);
         default:
             return kAudioUnitErr_InvalidProperty;
     }
@@ -39,7 +37,7 @@ OSStatus StreamUnit::setFormat(AudioUnitScope scope, AudioUnitElement element, c
     if (!takes(format))
         return kAudioUnitErr_FormatNotSupported;
     if (scope == kAudioUnitScope_Input)
-        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, element, data, size);
+        return m_inputs.setProperty(kAudioUnitProperty_StreamFormat, scope, element, data, size);
     if (scope != kAudioUnitScope_Output)
         return kAudioUnitErr_InvalidScope;
     if (element != 0)

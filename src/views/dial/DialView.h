@@ -12,11 +12,12 @@
 #include "dial/DialDrag.h"
 #include "dial/DialViewTooltipFormatting.h"
 #include "dial/DoubleTap.h"
+#include "touch/FingersItem.h"
 
 /// A rotary knob that is turned by dragging across it, by the wheel and by keys. A notch on an arc
 /// of 270 degrees and a ring of lamps show its position; a bubble shows its value while it is
 /// turned. It follows one finger, or the mouse. Lengths are points. [main]
-class DialView : public QQuickItem {
+class DialView : public FingersItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(float value READ value WRITE setValue NOTIFY valueChanged)
@@ -153,13 +154,13 @@ class DialView : public QQuickItem {
     void componentComplete() override;
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& now, const QRectF& before) override;
-    void itemChange(ItemChange change, const ItemChangeData& value) override;
-    void touchEvent(QTouchEvent* event) override;
-    void touchUngrabEvent() override { touchEnded(); }
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    void fingerPressed(int finger, QPointF at, quint64 time) override;
+    void fingerMoved(int finger, QPointF to, quint64 time) override;
+    void fingerReleased(int finger, quint64 time) override;
+    void fingersCancelled() override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseUngrabEvent() override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -167,12 +168,8 @@ class DialView : public QQuickItem {
     void timerEvent(QTimerEvent* event) override;
 
   private:
-    void touchBegan(int finger, QPointF at, quint64 time);
-    void touchMoved(QPointF to, bool fine);
     void held();
     bool holds(QPointF to);
-    void tapEnded();
-    void touchEnded();
     void letGo();
     void stepTo(float position);
     void changedByPlayer();
@@ -201,7 +198,7 @@ class DialView : public QQuickItem {
 
     QPointer<QQuickItem> m_bubbleContainer;
     QPointer<PopupBubbleView> m_tooltip;
-    std::optional<int> m_finger;  // a touch point's id, or that of the mouse
+    std::optional<int> m_finger;  // the one that turns it
     DialDrag m_drag;
     DoubleTap m_taps;
     QBasicTimer m_bubbleTime;
@@ -209,7 +206,6 @@ class DialView : public QQuickItem {
     bool m_menuOffered = false;
     bool m_isHeld = false;  // and has not gone on turning
     QBasicTimer m_announcement;
-    QMetaObject::Connection m_windowHidden;
     bool m_focusVisible = false;
     bool m_redrawAll = true;
 };

@@ -7,8 +7,8 @@
 #include <cstdint>
 
 #include "envelope/ADSRViewOwner.h"
-#include "envelope/OneFingerItem.h"
 #include "envelope/OutlinedText.h"
+#include "touch/OneFingerItem.h"
 
 /// The envelope as a graph of four segments, which is changed by dragging it. The sustain always
 /// takes 88 points; attack, decay and release share the rest by their times. A drag across the

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "keyboard/InputLoss.h"
+#include "touch/InputLoss.h"
 
 namespace {
 

@@ -39,14 +39,12 @@ class ShadersNode : public QSGNode {
 }  // namespace
 
 OverviewScroller::OverviewScroller(QQuickItem* parent)
-    : QQuickItem(parent), m_picture(new Picture(this)) {
+    : FingersItem(parent), m_picture(new Picture(this)) {
     commonInit();
 }
 
 void OverviewScroller::commonInit() {
     setFlag(ItemHasContents);
-    setAcceptTouchEvents(true);
-    setAcceptedMouseButtons(Qt::LeftButton);
     m_picture->setName("mini-keyboard.png");
     m_picture->setZ(-1);  // below the shaders
     layoutShaders();
@@ -90,9 +88,10 @@ void OverviewScroller::centreAround(float x) {
     m_target->scrollTo(m_target->clamped(offset), true);
 }
 
-void OverviewScroller::began(int finger, float x) {
-    if (m_finger != kNone || !hasTarget())
+void OverviewScroller::fingerPressed(int finger, QPointF at, quint64) {
+    if (m_finger || !hasTarget())
         return;
+    const float x = single(at.x());
     m_finger = finger;
     m_touchX = x;
     if (m_highlightX <= x && x < m_highlightX + m_highlightSize) {
@@ -103,9 +102,10 @@ void OverviewScroller::began(int finger, float x) {
     }
 }
 
-void OverviewScroller::moved(int finger, float x) {
+void OverviewScroller::fingerMoved(int finger, QPointF to, quint64) {
     if (finger != m_finger || !hasTarget())
         return;
+    const float x = single(to.x());
     if (!m_dragging) {
         centreAround(x);
         return;
@@ -115,46 +115,9 @@ void OverviewScroller::moved(int finger, float x) {
     layoutShaders();
 }
 
-void OverviewScroller::ended(int finger) {
+void OverviewScroller::fingerReleased(int finger, quint64) {
     if (finger == m_finger)
-        m_finger = kNone;
-}
-
-void OverviewScroller::touchEvent(QTouchEvent* event) {
-    event->accept();
-    if (event->type() == QEvent::TouchCancel)  // it may name the points as they were last
-        return touchUngrabEvent();
-    const bool named = std::ranges::any_of(
-        event->points(), [&](const QEventPoint& point) { return point.id() == m_finger; });
-    if (!named && m_finger != kMouse)
-        m_finger = kNone;  // gone without a word
-    for (const QEventPoint& point : event->points()) {
-        const float x = single(point.position().x());
-        if (point.state() == QEventPoint::Pressed)
-            began(point.id(), x);
-        else if (point.state() == QEventPoint::Updated)
-            moved(point.id(), x);
-        else if (point.state() == QEventPoint::Released)
-            ended(point.id());
-    }
-    setKeepTouchGrab(true);
-}
-
-void OverviewScroller::mousePressEvent(QMouseEvent* event) {
-    setKeepMouseGrab(true);
-    began(kMouse, single(event->position().x()));
-}
-
-void OverviewScroller::mouseMoveEvent(QMouseEvent* event) {
-    moved(kMouse, single(event->position().x()));
-}
-
-void OverviewScroller::mouseReleaseEvent(QMouseEvent*) {
-    ended(kMouse);
-}
-
-void OverviewScroller::mouseUngrabEvent() {
-    ended(kMouse);
+        m_finger.reset();
 }
 
 void OverviewScroller::wheelEvent(QWheelEvent* event) {
@@ -182,12 +145,6 @@ void OverviewScroller::geometryChange(const QRectF& now, const QRectF& before) {
         return;
     m_picture->setSize(now.size());
     layoutShaders();
-}
-
-void OverviewScroller::itemChange(ItemChange change, const ItemChangeData& data) {
-    if (change == ItemVisibleHasChanged || change == ItemEnabledHasChanged)
-        m_finger = kNone;
-    QQuickItem::itemChange(change, data);
 }
 
 QSGNode* OverviewScroller::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {

@@ -1,16 +1,17 @@
 #pragma once
 
 #include <QPointer>
-#include <QQuickItem>
+#include <optional>
 
 #include "keyboard/ScrollingKeyboardView.h"
+#include "touch/FingersItem.h"
 
 class Picture;
 
 /// The whole keyboard in miniature. It darkens what is outside the part of its target that is seen,
 /// and scrolls the target: a touch beside the lit part centres there, a drag of the lit part moves
 /// it. One finger at a time. [main]
-class OverviewScroller : public QQuickItem {
+class OverviewScroller : public FingersItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(ScrollingKeyboardView* target READ target WRITE setTarget NOTIFY targetChanged)
@@ -50,25 +51,16 @@ class OverviewScroller : public QQuickItem {
 
   protected:
     void geometryChange(const QRectF& now, const QRectF& before) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
-    void touchEvent(QTouchEvent* event) override;
-    void touchUngrabEvent() override { m_finger = kNone; }
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseUngrabEvent() override;
+    void fingerPressed(int finger, QPointF at, quint64 time) override;
+    void fingerMoved(int finger, QPointF to, quint64 time) override;
+    void fingerReleased(int finger, quint64 time) override;
+    void fingersCancelled() override { m_finger.reset(); }
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    static constexpr int kNone = -1;
-    static constexpr int kMouse = -2;
-
     void commonInit();
-    void began(int finger, float x);
-    void moved(int finger, float x);
-    void ended(int finger);
     bool hasTarget() const { return m_target && m_target->width() > 0 && width() > 0; }
 
     Picture* m_picture;
@@ -80,5 +72,5 @@ class OverviewScroller : public QQuickItem {
     float m_touchX = 0;
     float m_initialX = 0;
     bool m_dragging = false;
-    int m_finger = kNone;
+    std::optional<int> m_finger;  // the one that scrolls
 };

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "keyboard/InputLoss.h"
 #include "keyboard/KeyboardLayout.h"
 #include "keyboard/PixelScale.h"
+#include "touch/InputLoss.h"
 
 namespace {
 

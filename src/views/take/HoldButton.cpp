@@ -2,7 +2,7 @@
 
 #include <QQuickWindow>
 
-#include "keyboard/InputLoss.h"
+#include "touch/InputLoss.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "bubbles/PopupBubbleView.h"
 #include "dial/DoubleTap.h"
-#include "wave/FingersItem.h"
+#include "touch/FingersItem.h"
 #include "wave/WaveRangeEdges.h"
 
 class Picture;

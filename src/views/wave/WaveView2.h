@@ -9,7 +9,7 @@
 #include "screens/VoicesState.h"
 #include "screens/WaveHearing.h"
 #include "screens/WaveState.h"
-#include "wave/FingersItem.h"
+#include "touch/FingersItem.h"
 #include "wave/FrameClock.h"
 #include "wave/TilePictures.h"
 #include "wave/WaveGestures.h"

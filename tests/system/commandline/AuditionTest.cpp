@@ -5,6 +5,7 @@
 #include <span>
 
 #include "CommandLine.h"
+#include "SoundFiles.h"
 #include "Sounds.h"
 
 using testing::HasSubstr;
@@ -26,7 +27,7 @@ class AuditionCommand : public CommandLine {
         const Outcome outcome = run(words);
         EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
         EXPECT_EQ(outcome.err, "");
-        return sounds::rendered(contents(path("out.wav"))).value_or(Samples{});
+        return sounds::rendered(contentsOf(path("out.wav"))).value_or(Samples{});
     }
 
     const Samples m_tone = *sounds::rendered(sounds::tone(kFrames));
@@ -66,12 +67,11 @@ TEST_F(AuditionCommand, loopsWithoutAGap) {
 }
 
 TEST_F(AuditionCommand, hearsBothChannelsOfAStereoFile) {
-    sounds::Wav stereo;
-    stereo.channels = 2;
     const std::string mono = sounds::tone(kFrames).substr(44);
+    std::string stereo;
     for (std::size_t i = 0; i < mono.size(); i += 2)
-        stereo.data += mono.substr(i, 2) + std::string(2, '\0');
-    put("stereo.wav", sounds::bytesOf(stereo));
+        stereo += mono.substr(i, 2) + std::string(2, '\0');
+    put("stereo.wav", SoundFiles::wav({.channels = 2}, stereo));
     const Samples mean = audition("stereo.wav");
     ASSERT_EQ(mean.size(), m_tone.size());
     for (std::size_t i = 0; i < mean.size(); ++i)
@@ -129,7 +129,7 @@ TEST_F(AuditionCommand, refusesWhatItCannotPlay) {
     }
     put("out.wav", "precious");
     EXPECT_THAT(run({"audition", "tone.wav", "--output", "out.wav"}).err, HasSubstr("--force"));
-    EXPECT_EQ(contents(path("out.wav")), "precious");
+    EXPECT_EQ(contentsOf(path("out.wav")), "precious");
 }
 
 TEST_F(AuditionCommand, endsByItselfWithTheSound) {

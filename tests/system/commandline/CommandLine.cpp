@@ -2,10 +2,21 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
-#include "Songs.h"
 #include "Sounds.h"
+
+namespace {
+
+// Three notes of 0.1 s each, one after the other.
+constexpr char kSong[] =
+    "MThd\0\0\0\6\0\0\0\1\0\x64"
+    "MTrk\0\0\0\x1c"
+    "\0\x90\x3c\x64\x14\x80\x3c\0"
+    "\0\x90\x40\x64\x14\x80\x40\0"
+    "\0\x90\x43\x64\x14\x80\x43\0"
+    "\0\xff\x2f";  // and the end of the text is the last byte
+
+}  // namespace
 
 CommandLine::CommandLine() {
     std::filesystem::create_directory(m_scratch.file("work"));
@@ -13,18 +24,13 @@ CommandLine::CommandLine() {
     m_surroundings.folder = m_scratch.file("work");
     m_surroundings.environment = {
         {"HOME", home()}, {"PATH", "/usr/bin:/bin"}, {"LC_ALL", "C.UTF-8"}};
-    put("song.mid", songs::small());
+    put("song.mid", {kSong, sizeof kSong});
 }
 
 std::string CommandLine::put(const std::string& name, const std::string& bytes) const {
     std::ofstream(path(name), std::ios::binary) << bytes;
     m_put.insert(name);
     return path(name);
-}
-
-std::string CommandLine::contents(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::set<std::string> CommandLine::folder() const {
@@ -50,7 +56,7 @@ std::vector<std::int16_t> CommandLine::sound(const Program::Words& more) const {
     words.insert(words.end(), more.begin(), more.end());
     const Outcome outcome = render(words);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    const auto samples = sounds::rendered(contents(path("out.wav")));
+    const auto samples = sounds::rendered(contentsOf(path("out.wav")));
     EXPECT_TRUE(samples);
     return samples.value_or(std::vector<std::int16_t>{});
 }

@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 
+#include "Contents.h"
 #include "Program.h"
 #include "ScratchFolder.h"
 
@@ -17,7 +18,6 @@ class CommandLine : public testing::Test {
     std::string path(const std::string& name) const { return m_scratch.file("work/" + name); }
     /// Writes a file into the folder and answers its path.
     std::string put(const std::string& name, const std::string& bytes) const;
-    static std::string contents(const std::string& path);
     /// Names of all that lies in the folder.
     std::set<std::string> folder() const;
     std::string home() const { return m_scratch.file("home"); }

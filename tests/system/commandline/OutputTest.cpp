@@ -9,7 +9,6 @@
 
 #include "CommandLine.h"
 #include "SmallDisk.h"
-#include "Songs.h"
 
 using testing::AnyOf;
 using testing::HasSubstr;
@@ -20,12 +19,12 @@ TEST_F(CommandLine, replacesAFileOnlyWhenForced) {
     expectRefusal(refused, 2);
     EXPECT_THAT(refused.err, HasSubstr("out.wav"));
     EXPECT_THAT(refused.err, HasSubstr("--force"));
-    EXPECT_EQ(contents(path("out.wav")), "precious");
+    EXPECT_EQ(contentsOf(path("out.wav")), "precious");
     // A render that fails leaves the old file, forced or not.
     expectRefusal(render({"--force", "--sound", "none.wav"}), 2);
-    EXPECT_EQ(contents(path("out.wav")), "precious");
+    EXPECT_EQ(contentsOf(path("out.wav")), "precious");
     EXPECT_EQ(render({"--force"}).exitCode, 0);
-    EXPECT_NE(contents(path("out.wav")), "precious");
+    EXPECT_NE(contentsOf(path("out.wav")), "precious");
 }
 
 TEST_F(CommandLine, refusesPlacesThatHoldNoFile) {

@@ -76,7 +76,7 @@ TEST_F(PresetsCommand, listsShowsRenamesExportsDeletesAndImports) {
     EXPECT_EQ(done({"export", "wet: drop", "--output", "other.ombrix"}), "other.ombrix\n");
     const std::string before = done({"show", "Wet: drop", "--json"});
     EXPECT_THAT(before, HasSubstr("\"glow\": true"));
-    const std::string sound = contents(m_data + "/Drop.wav");
+    const std::string sound = contentsOf(m_data + "/Drop.wav");
     ASSERT_TRUE(SoundFiles::runs("cd '" + path("") +
                                  "' && python3 -m zipfile -e other.ombrix out && "
                                  "cmp out/Drop.wav '" +
@@ -89,7 +89,7 @@ TEST_F(PresetsCommand, listsShowsRenamesExportsDeletesAndImports) {
     keepDataIn(home() + "/of/another user");
     EXPECT_EQ(done({"import", "other.ombrix"}), "Wet: drop\n");
     EXPECT_EQ(done({"show", "wet: drop", "--json"}), before);
-    EXPECT_EQ(contents(m_data + "/Drop.wav"), sound);
+    EXPECT_EQ(contentsOf(m_data + "/Drop.wav"), sound);
 }
 
 TEST_F(PresetsCommand, refusesInOneLine) {
@@ -128,13 +128,13 @@ TEST_F(PresetsCommand, refusesInOneLine) {
         expectRefusal(presets(words), 2);
         EXPECT_EQ(dataFolder(), before);
     }
-    EXPECT_EQ(contents(path("there.ombrix")), "precious");
+    EXPECT_EQ(contentsOf(path("there.ombrix")), "precious");
     // What can be taken in is, beside what cannot.
     const Outcome mixed = presets({"import", "noise.ombrix", "drop.plist"});
     EXPECT_EQ(mixed.exitCode, 2);
     EXPECT_EQ(mixed.out, "Drop 2\n");
     EXPECT_EQ(done({"export", "drop", "--output", "there.ombrix", "--force"}), "there.ombrix\n");
-    EXPECT_THAT(contents(path("there.ombrix")), testing::StartsWith("PK"));
+    EXPECT_THAT(contentsOf(path("there.ombrix")), testing::StartsWith("PK"));
 }
 
 TEST_F(PresetsCommand, leavesNothingHalfDoneWhereItCannotWrite) {

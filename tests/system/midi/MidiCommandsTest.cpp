@@ -6,10 +6,10 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <thread>
 
+#include "Contents.h"
 #include "JackServer.h"
 #include "Recording.h"
 #include "ScratchFolder.h"
@@ -72,10 +72,7 @@ class MidiCommandsTest : public testing::Test {
     static void expectSilence() {
         EXPECT_TRUE(isHeard([](const Tone& tone) { return tone.windows == 0; })) << "a note hangs";
     }
-    std::string said() const {
-        std::ifstream file(m_log);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string said() const { return contentsOf(m_log); }
     /// Waits until the program says it, again where it has said it before; a generous time.
     bool says(const std::string& text, int times = 1) const {
         for (int i = 0; i < 1500; ++i) {
@@ -173,9 +170,7 @@ TEST_F(MidiCommandsTest, theMonitorShowsWhatComesAndGoes) {
     EXPECT_TRUE(says("seq:out                   note off 60 (C4) velocity 64 channel 1", 2));
     const std::string list = m_folder.file("list");
     EXPECT_EQ(Process({OMBRIX_PROGRAM, "midi"}, list).wait(), 0);
-    std::ifstream file(list);
-    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(file), {}),
-                HasSubstr("Sources\n  seq:out\nDestinations\n"));
+    EXPECT_THAT(contentsOf(list), HasSubstr("Sources\n  seq:out\nDestinations\n"));
     player->kill();
     EXPECT_TRUE(says("seq:out                   is gone"));
     program->signal(SIGINT);

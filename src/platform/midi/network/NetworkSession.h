@@ -10,6 +10,7 @@
 #include "midi/network/PlainName.h"
 #include "midi/network/SessionDoor.h"
 #include "midi/network/SessionPeers.h"
+#include "midi/network/SessionSender.h"
 
 /// MIDI over the network: RTP-MIDI (RFC 6295) under the session protocol that desktop and tablet
 /// systems share (invitation, clock synchronisation, receiver feedback, goodbye). It has no socket,
@@ -30,7 +31,7 @@ class NetworkSession {
     ~NetworkSession();
 
     /// Said from now on.
-    void setName(const std::string& name) { m_identity.name = plainName(name); }
+    void setName(const std::string& name) { m_sender.setName(plainName(name)); }
     /// Those who take part stay. Who waits for the player is refused if now nobody may, and let in
     /// if now everybody may, at its next invitation.
     void setPolicy(MIDINetworkSession::ConnectionPolicy policy);
@@ -51,6 +52,8 @@ class NetworkSession {
     void close(SessionTime now);
 
   private:
+    static constexpr const char* kHasRefused = "It has refused.";
+
     struct Arrival {
         SessionPort at;
         const NetworkAddress& from;
@@ -76,18 +79,16 @@ class NetworkSession {
     void leave(const SessionPeer& peer, bool goodbye, SessionTime now);
     void fail(const SessionPeer& peer, const char* why);
     void sendInvitation(SessionPeer& peer, SessionTime now);
+    void inviteAgain(SessionPeer& peer, SessionTime now);
     void sendClock(SessionPeer& peer, SessionTime now);
     void sendFeedback(SessionPeer& peer, SessionTime now);
-    void sendGoodbye(const SessionPeer& peer);
-    void say(SessionPort at, const NetworkAddress& to, SessionPacket packet);
-    void say(SessionPort at, const NetworkAddress& to, SessionCommand command, std::uint32_t token);
-    OutgoingStream::Emit toDataOf(const SessionPeer& peer);
 
     void turnPeer(SessionPeer& peer, SessionTime now);
     SessionTime dueOf(const SessionPeer& peer) const;
 
     NetworkSessionHost& m_host;
-    Identity m_identity;
+    SessionSender m_sender;
+    std::function<std::uint32_t()> m_random;
     std::uint32_t m_lastId;
     SessionPeers m_peers;
     SessionDoor m_door{m_host};

@@ -1,9 +1,9 @@
-#include "wave/FingersItem.h"
+#include "touch/FingersItem.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "keyboard/InputLoss.h"
+#include "touch/InputLoss.h"
 
 namespace {
 constexpr int kMouse = std::numeric_limits<int>::min();  // no touch has this number
@@ -40,6 +40,7 @@ void FingersItem::cancel() {
 
 void FingersItem::touchEvent(QTouchEvent* event) {
     event->accept();
+    m_modifiers = event->modifiers();
     if (event->type() == QEvent::TouchCancel)
         return cancel();
     for (const QEventPoint& point : event->points()) {
@@ -60,6 +61,7 @@ void FingersItem::touchUngrabEvent() {
 }
 
 void FingersItem::mousePressEvent(QMouseEvent* event) {
+    m_modifiers = event->modifiers();
     pressed(kMouse, event->position(), event->timestamp());
 }
 
@@ -68,6 +70,7 @@ void FingersItem::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void FingersItem::mouseMoveEvent(QMouseEvent* event) {
+    m_modifiers = event->modifiers();
     fingerMoved(kMouse, event->position(), event->timestamp());
 }
 

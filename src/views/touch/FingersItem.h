@@ -23,6 +23,8 @@ class FingersItem : public QQuickItem {
     virtual void fingerReleased(int finger, quint64 time) = 0;
     /// All of them are gone, if there were any.
     virtual void fingersCancelled() = 0;
+    /// Keys that are held with the finger that is being told about.
+    Qt::KeyboardModifiers modifiers() const { return m_modifiers; }
 
     void touchEvent(QTouchEvent* event) override;
     void touchUngrabEvent() override;
@@ -42,5 +44,6 @@ class FingersItem : public QQuickItem {
     void cancelLost(const QTouchEvent& event);
 
     std::vector<int> m_down;
+    Qt::KeyboardModifiers m_modifiers;
     QPointer<QQuickWindow> m_watched;
 };

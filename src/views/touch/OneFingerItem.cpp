@@ -1,4 +1,4 @@
-#include "envelope/OneFingerItem.h"
+#include "touch/OneFingerItem.h"
 
 #include <QQuickWindow>
 #include <limits>
