@@ -26,8 +26,17 @@ endfunction()
 
 # Where several sources are built at once, what one names for itself may stand before the local names
 # of the next one: that is no shadowing. Linked last, so that it is the last word.
-add_library(ombrix_unity INTERFACE)
-target_compile_options(ombrix_unity INTERFACE -Wno-shadow)
+add_library(ombrix_unity_options INTERFACE)
+target_compile_options(ombrix_unity_options INTERFACE -Wno-shadow)
+
+# ombrix_unity(LIBRARY): the headers of Qt and of the standard library take most of the time of a
+# compilation. Builds that only run tests read them for several sources of a library at once.
+function(ombrix_unity library)
+  if(OMBRIX_UNITY)
+    set_target_properties(${library} PROPERTIES UNITY_BUILD ON)
+    target_link_libraries(${library} PRIVATE ombrix_unity_options)
+  endif()
+endfunction()
 
 # ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. It looks for new headers only
 # when its timestamp is gone, so the globbed sources are compared with those of the last time.
@@ -43,11 +52,8 @@ function(ombrix_moc target)
     file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp)
   endif()
   set_target_properties(${target} PROPERTIES AUTOMOC ON)
-  # The headers of Qt take most of the time of a compilation: builds that only run tests read them
-  # for several sources of a library at once.
   get_target_property(type ${target} TYPE)
-  if(OMBRIX_UNITY AND type STREQUAL STATIC_LIBRARY)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
-    target_link_libraries(${target} PRIVATE ombrix_unity)
+  if(type STREQUAL STATIC_LIBRARY)
+    ombrix_unity(${target})
   endif()
 endfunction()

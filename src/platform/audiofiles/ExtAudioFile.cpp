@@ -25,7 +25,7 @@ struct OpaqueExtAudioFile {
 namespace {
 
 template <typename Work>
-OSStatus guarded(Work work) noexcept {
+OSStatus guardedFile(Work work) noexcept {
     try {
         return work();
     } catch (...) {  // memory and threads are all that can be wanting
@@ -38,7 +38,7 @@ OSStatus prime(OpaqueExtAudioFile& file) {
         return noErr;
     if (RenderScope::active())
         return kExtAudioFileError_InvalidOperationOrder;
-    return guarded([&] {
+    return guardedFile([&] {
         file.writer = std::make_unique<AsyncWriter>(*file.output, file.client);
         return noErr;
     });
@@ -54,7 +54,7 @@ OSStatus ExtAudioFileCreateWithURL(const std::string& path, std::uint32_t fileTy
         return kAudio_ParamError;
     if (fileType != kAudioFileWAVEType)
         return kAudioFileUnsupportedFileTypeError;
-    return guarded([&] {
+    return guardedFile([&] {
         auto made = std::make_unique<OpaqueExtAudioFile>();
         made->path = path;
         made->client = *format;
@@ -77,7 +77,7 @@ OSStatus ExtAudioFileSetProperty(ExtAudioFileRef file, ExtAudioFilePropertyID pr
         return kAudioFileBadPropertySizeError;
     if (file->writer || file->finished)
         return kExtAudioFileError_InvalidOperationOrder;
-    return guarded([&] {
+    return guardedFile([&] {
         StreamDescription client;
         std::memcpy(static_cast<void*>(&client), data, sizeof(client));
         const OSStatus status = FormatChange(client, file->output->format()).status();
@@ -132,7 +132,7 @@ OSStatus ExtAudioFileFinish(ExtAudioFileRef file) {
         return kAudioFileNotOpenError;
     if (!file->finished) {
         file->finished = true;
-        file->status = guarded([&] {
+        file->status = guardedFile([&] {
             if (file->writer)
                 file->writer->finish();
             return noErr;

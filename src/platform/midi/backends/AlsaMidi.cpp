@@ -23,7 +23,7 @@ std::string keyOf(int client, int port) {
     return std::to_string(client) + ':' + std::to_string(port);
 }
 
-MIDITimeStamp now() {
+MIDITimeStamp alsaNow() {
     const auto time = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<MIDITimeStamp>(
         std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
@@ -279,7 +279,7 @@ void AlsaMidi::tell(const std::vector<Heard>& heard) {
     for (const Heard& one : heard) {
         memory.resize(std::max(sizeof(MIDIPacketList), one.bytes.size() + 32));
         auto& list = *reinterpret_cast<MIDIPacketList*>(memory.data());
-        MIDIPacketListAdd(list, memory.size(), MIDIPacketListInit(list), now(), one.bytes);
+        MIDIPacketListAdd(list, memory.size(), MIDIPacketListInit(list), alsaNow(), one.bytes);
         m_host->received(one.lane, list);
     }
 }

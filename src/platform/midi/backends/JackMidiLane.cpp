@@ -15,7 +15,7 @@ constexpr double kNanoseconds = 1e9;
 
 /// The clock is read without a system call. The server's own estimate of a frame's time is off by
 /// tenths of a second after it has lost periods.
-MIDITimeStamp now() noexcept {
+MIDITimeStamp laneNow() noexcept {
     const auto time = std::chrono::steady_clock::now().time_since_epoch();
     return static_cast<MIDITimeStamp>(
         std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
@@ -35,7 +35,7 @@ std::size_t messageLength(std::span<const std::uint8_t> bytes) {
 JackMidiLane::JackMidiLane(MidiBackend::Lane lane) : m_lane(std::move(lane)) {}
 
 void JackMidiLane::releaseNow() {
-    m_ring.pushReleases(now());
+    m_ring.pushReleases(laneNow());
 }
 
 bool JackMidiLane::cycle(const JackLibrary& jack, jack_client_t* client,
@@ -57,7 +57,7 @@ bool JackMidiLane::hear(const JackLibrary& jack, jack_client_t* client, jack_nfr
     const bool released = m_release.load(std::memory_order_relaxed) && m_release.exchange(false);
     if (count == 0 && !released)
         return false;
-    const MIDITimeStamp end = now();
+    const MIDITimeStamp end = laneNow();
     const double perFrame = kNanoseconds / jack.jack_get_sample_rate(client);
     for (std::uint32_t i = 0; i < count; ++i) {
         jack_midi_event_t event;
