@@ -227,9 +227,10 @@ void NetworkMidi::askEnded(std::uint32_t peer) {
     m_changed = true;
 }
 
-void NetworkMidi::inviteFailed(const NetworkAddress&, const std::string& why) {
-    Log::line("%s", why.c_str());
-    m_board->change([&](NetworkBoard::State& state) { state.problem = why; });
+void NetworkMidi::inviteFailed(const NetworkAddress& control, const std::string& why) {
+    const std::string problem = "Not connected to " + HostAddress::text(control) + ". " + why;
+    Log::line("%s", problem.c_str());
+    m_board->change([&](NetworkBoard::State& state) { state.problem = problem; });
 }
 
 void NetworkMidi::received(std::uint32_t peer, SessionTime time,
