@@ -1,13 +1,9 @@
 #include "touch/FingersItem.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "touch/InputLoss.h"
-
-namespace {
-constexpr int kMouse = std::numeric_limits<int>::min();  // no touch has this number
-}
+#include "touch/MouseFinger.h"
 
 FingersItem::FingersItem(QQuickItem* parent) : QQuickItem(parent) {
     setAcceptTouchEvents(true);
@@ -56,30 +52,30 @@ void FingersItem::touchEvent(QTouchEvent* event) {
 
 void FingersItem::touchUngrabEvent() {
     // With the last finger lifted this comes as well, and is no loss.
-    if (std::ranges::any_of(m_down, [](int finger) { return finger != kMouse; }))
+    if (std::ranges::any_of(m_down, [](int finger) { return finger != kMouseFinger; }))
         cancel();
 }
 
 void FingersItem::mousePressEvent(QMouseEvent* event) {
     m_modifiers = event->modifiers();
-    pressed(kMouse, event->position(), event->timestamp());
+    pressed(kMouseFinger, event->position(), event->timestamp());
 }
 
 void FingersItem::mouseDoubleClickEvent(QMouseEvent* event) {
-    pressed(kMouse, event->position(), event->timestamp());
+    pressed(kMouseFinger, event->position(), event->timestamp());
 }
 
 void FingersItem::mouseMoveEvent(QMouseEvent* event) {
     m_modifiers = event->modifiers();
-    fingerMoved(kMouse, event->position(), event->timestamp());
+    fingerMoved(kMouseFinger, event->position(), event->timestamp());
 }
 
 void FingersItem::mouseReleaseEvent(QMouseEvent* event) {
-    released(kMouse, event->timestamp());
+    released(kMouseFinger, event->timestamp());
 }
 
 void FingersItem::mouseUngrabEvent() {
-    if (std::ranges::find(m_down, kMouse) != m_down.end())
+    if (std::ranges::find(m_down, kMouseFinger) != m_down.end())
         cancel();
 }
 
@@ -113,7 +109,8 @@ bool FingersItem::eventFilter(QObject*, QEvent* event) {
 /// has gone without a word.
 void FingersItem::cancelLost(const QTouchEvent& event) {
     const auto isLost = [&](int finger) {
-        return finger != kMouse && std::ranges::none_of(event.points(), [&](const auto& point) {
+        return finger != kMouseFinger &&
+               std::ranges::none_of(event.points(), [&](const auto& point) {
                    return point.id() == finger && point.state() != QEventPoint::Pressed;
                });
     };

@@ -1,11 +1,8 @@
 #include "touch/OneFingerItem.h"
 
 #include <QQuickWindow>
-#include <limits>
 
-namespace {
-constexpr int kMouse = std::numeric_limits<int>::min();  // no touch has this number
-}
+#include "touch/MouseFinger.h"
 
 OneFingerItem::OneFingerItem(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAcceptTouchEvents(true);
@@ -55,24 +52,24 @@ void OneFingerItem::touchEvent(QTouchEvent* event) {
 }
 
 void OneFingerItem::touchUngrabEvent() {
-    if (m_finger != kMouse)
+    if (m_finger != kMouseFinger)
         cancel();
 }
 
 void OneFingerItem::mousePressEvent(QMouseEvent* event) {
-    began(kMouse, event->position());
+    began(kMouseFinger, event->position());
 }
 
 void OneFingerItem::mouseMoveEvent(QMouseEvent* event) {
-    moved(kMouse, event->position());
+    moved(kMouseFinger, event->position());
 }
 
 void OneFingerItem::mouseReleaseEvent(QMouseEvent*) {
-    ended(kMouse);
+    ended(kMouseFinger);
 }
 
 void OneFingerItem::mouseUngrabEvent() {
-    if (m_finger == kMouse)
+    if (m_finger == kMouseFinger)
         cancel();
 }
 
