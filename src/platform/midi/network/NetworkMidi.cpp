@@ -162,6 +162,9 @@ void NetworkMidi::sleepUntil(SessionTime due) {
         return;
     if (watched[0].revents)
         m_wake.clear();
+    // Who has come since the player closed the door is not let in by an older wish.
+    if (m_session)
+        m_session->setPolicy(m_board->wishes().policy);
     m_nap = 0;
     for (const SessionPort port : {SessionPort::control, SessionPort::data}) {
         const short events = watched[1 + std::size_t(port)].revents;
