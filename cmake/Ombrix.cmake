@@ -38,6 +38,15 @@ function(ombrix_unity library)
   endif()
 endfunction()
 
+# ombrix_headers(LIBRARY HEADER...): headers of the system that most of the library's sources include
+# are read once for all of them. Never our own: what a source uses of these it includes.
+function(ombrix_headers library)
+  if(NOT OMBRIX_UNITY)
+    target_precompile_headers(${library} PRIVATE ${ARGN})
+    target_compile_options(${library} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)  # for ccache
+  endif()
+endfunction()
+
 # ombrix_moc(TARGET): runs Qt's meta-object compiler over the target. It looks for new headers only
 # when its timestamp is gone, so the globbed sources are compared with those of the last time.
 function(ombrix_moc target)
