@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "midi/MidiClock.h"
 #include "midi/MidiMessages.h"
 #include "midi/MidiPacketList.h"
 
@@ -21,12 +22,6 @@ constexpr unsigned kWritable = SND_SEQ_PORT_CAP_WRITE | SND_SEQ_PORT_CAP_SUBS_WR
 
 std::string keyOf(int client, int port) {
     return std::to_string(client) + ':' + std::to_string(port);
-}
-
-MIDITimeStamp alsaNow() {
-    const auto time = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<MIDITimeStamp>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
 }
 
 }  // namespace
@@ -279,7 +274,7 @@ void AlsaMidi::tell(const std::vector<Heard>& heard) {
     for (const Heard& one : heard) {
         memory.resize(std::max(sizeof(MIDIPacketList), one.bytes.size() + 32));
         auto& list = *reinterpret_cast<MIDIPacketList*>(memory.data());
-        MIDIPacketListAdd(list, memory.size(), MIDIPacketListInit(list), alsaNow(), one.bytes);
+        MIDIPacketListAdd(list, memory.size(), MIDIPacketListInit(list), midiNow(), one.bytes);
         m_host->received(one.lane, list);
     }
 }

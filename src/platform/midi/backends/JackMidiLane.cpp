@@ -1,8 +1,8 @@
 #include "midi/backends/JackMidiLane.h"
 
 #include <algorithm>
-#include <chrono>
 
+#include "midi/MidiClock.h"
 #include "midi/MidiMessages.h"
 #include "midi/MidiPacketList.h"
 
@@ -12,14 +12,6 @@ constexpr std::uint8_t kExclusive = 0xF0;
 constexpr std::uint8_t kEndOfExclusive = 0xF7;
 
 constexpr double kNanoseconds = 1e9;
-
-/// The clock is read without a system call. The server's own estimate of a frame's time is off by
-/// tenths of a second after it has lost periods.
-MIDITimeStamp laneNow() noexcept {
-    const auto time = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<MIDITimeStamp>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
-}
 
 /// Length of the first message of a packet: a JACK event is one message.
 std::size_t messageLength(std::span<const std::uint8_t> bytes) {
@@ -35,7 +27,7 @@ std::size_t messageLength(std::span<const std::uint8_t> bytes) {
 JackMidiLane::JackMidiLane(MidiBackend::Lane lane) : m_lane(std::move(lane)) {}
 
 void JackMidiLane::releaseNow() {
-    m_ring.pushReleases(laneNow());
+    m_ring.pushReleases(midiNow());
 }
 
 bool JackMidiLane::cycle(const JackLibrary& jack, jack_client_t* client,
@@ -49,15 +41,16 @@ bool JackMidiLane::cycle(const JackLibrary& jack, jack_client_t* client,
     return false;
 }
 
-/// What is heard in a cycle has come during the one before. Times never go back, though cycles may
-/// begin late.
+/// The server's own estimate of a frame's time is off by tenths of a second after it has lost
+/// periods, so the clock is asked. What is heard in a cycle has come during the one before. Times
+/// never go back, though cycles may begin late.
 bool JackMidiLane::hear(const JackLibrary& jack, jack_client_t* client, jack_nframes_t frames,
                         void* buffer) noexcept {
     const std::uint32_t count = jack.jack_midi_get_event_count(buffer);
     const bool released = m_release.load(std::memory_order_relaxed) && m_release.exchange(false);
     if (count == 0 && !released)
         return false;
-    const MIDITimeStamp end = laneNow();
+    const MIDITimeStamp end = midiNow();
     const double perFrame = kNanoseconds / jack.jack_get_sample_rate(client);
     for (std::uint32_t i = 0; i < count; ++i) {
         jack_midi_event_t event;

@@ -3,10 +3,10 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <chrono>
 #include <random>
 
 #include "log/Log.h"
+#include "midi/MidiClock.h"
 #include "midi/network/HostAddress.h"
 
 namespace {
@@ -14,9 +14,7 @@ namespace {
 constexpr SessionTime kTryAgainAfter = 3 * kSessionSecond;
 
 SessionTime sessionTime() {
-    const auto time = std::chrono::steady_clock::now().time_since_epoch();
-    return static_cast<SessionTime>(
-        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
+    return static_cast<SessionTime>(midiNow());
 }
 
 std::uint32_t randomNumber() {
@@ -85,7 +83,6 @@ void NetworkMidi::settle() {
         openSession();
     if (!m_session)
         return;
-    m_session->setPolicy(wishes.policy);
     m_session->setName(m_board->localName());
     for (const NetworkBoard::Order& order : m_board->takeOrders())
         obey(order);
